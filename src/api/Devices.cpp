@@ -1,0 +1,54 @@
+#include "api/EquipmentFlat.h"
+#include "api/Families.h"
+
+using namespace brimlet;
+
+uint32_t addDevice(const uint16_t *json, uint32_t length)
+{
+    std::optional<Device> device;
+    if (const BrimletResult refused = readOneRecord(device, toString(json, length), fillDevice))
+        return refused;
+    return g_controller->addDevice(device); // the device as stored stays inside
+}
+
+uint32_t addDevices(const uint16_t *json, uint32_t length)
+{
+    return addRecords(json, length, fillDevice, &Controller::addDevices);
+}
+
+uint32_t updateDeviceFw(FlatDevice **device, const uint16_t *json, uint32_t length)
+{
+    return updateRecord(device, json, length, fillDevice, &Controller::updateDeviceFw);
+}
+
+uint32_t deleteDevice(const uint16_t *json, uint32_t length)
+{
+    return deleteRecord(json, length, DevicesTable().id.fieldKeys.second, &Controller::deleteDevice);
+}
+
+uint32_t getDevice(FlatDevice **device, uint32_t id)
+{
+    return getRecord(device, &Controller::getDevice, id);
+}
+
+uint32_t getDevices(FlatDevice **devices, uint32_t *count)
+{
+    return getRecords(devices, count, &Controller::getDevices);
+}
+
+uint32_t getDevicesWithParams(FlatDevice **devices, uint32_t *count, const uint16_t *key, uint32_t keyLength,
+                              const uint16_t *value, uint32_t valueLength)
+{
+    return getRecords(devices, count, &Controller::getDevicesWithParams, toString(key, keyLength), toString(value,
+                      valueLength));
+}
+
+uint32_t freeDevice(FlatDevice *device)
+{
+    return freeRecord<Device>(device);
+}
+
+uint32_t freeDevicesArray(FlatDevice *devices, uint32_t count)
+{
+    return freeRecords<Device>(devices, count);
+}

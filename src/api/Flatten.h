@@ -1,0 +1,220 @@
+// From records to the flat records that the client owns, and their release. What a flat record holds stands in its
+// FlatForm: pairs of a flat member and the record's member that it carries, in the order of the flat record, which is
+// also the order of its release.
+#pragma once
+
+#include "api/ResultCodes.h"
+#include "api/SharedMemory.h"
+#include "catalog/Values.h"
+
+#include <tuple>
+#include <vector>
+
+namespace brimlet {
+
+// Specialised for each record: `Flat`, its flat record, and `fields`, the pairs.
+template<class Record>
+struct FlatForm;
+
+template<class Record>
+using FlatOf = typename FlatForm<Record>::Flat;
+
+template<class Record>
+void fillFlat(FlatOf<Record> &flat, const Record &record);
+template<class Record>
+BrimletResult releaseFlat(FlatOf<Record> &flat);
+
+template<class T>
+void release(T *&block)
+{
+    freeShared(block);
+    block = nullptr;
+}
+
+// ---- The kinds of fields ----
+
+// A value in the flat record itself, or in a block of its own where it can be absent.
+template<class Flat, class FlatMember, class Record, class Member>
+struct CarriedValue
+{
+    static_assert(std::is_same_v<FlatMember, Member> || std::is_pointer_v<FlatMember>,
+                  "the flat member cannot carry this member of the record");
+    FlatMember Flat::*flatMember;
+    Member Record::*member;
+
+    void fill(Flat &flat, const Record &record) const
+    {
+        const Member &value = record.*member;
+        if constexpr (!Unwrapped<Member>::isOptional) {
+            flat.*flatMember = value;
+        } else if constexpr (std::is_same_v<typename Unwrapped<Member>::Value, QString>) {
+            flat.*flatMember = copyText(value);
+        } else if (value) {
+            using Cell = std::remove_pointer_t<FlatMember>;
+            static_assert(sizeof(Cell) == sizeof(*value), "the cell of the flat record has another size");
+            flat.*flatMember = allocateZeroed<Cell>();
+            *(flat.*flatMember) = static_cast<Cell>(*value);
+        }
+    }
+
+    BrimletResult release(Flat &flat) const
+    {
+        if constexpr (Unwrapped<Member>::isOptional)
+            brimlet::release(flat.*flatMember);
+        return BRIMLET_DONE;
+    }
+};
+
+// A record in a block of its own.
+template<class Flat, class FlatPart, class Record, class Part>
+struct CarriedRecord
+{
+    FlatPart *Flat::*flatMember;
+    std::optional<Part> Record::*member;
+
+    void fill(Flat &flat, const Record &record) const
+    {
+        if (const auto &part = record.*member) {
+            flat.*flatMember = allocateZeroed<FlatPart>();
+            fillFlat(*(flat.*flatMember), *part);
+        }
+    }
+
+    BrimletResult release(Flat &flat) const
+    {
+        FlatPart *&block = flat.*flatMember;
+        if (!block)
+            return BRIMLET_DONE;
+        if (const BrimletResult inner = releaseFlat<Part>(*block))
+            return inner;
+        brimlet::release(block);
+        return BRIMLET_DONE;
+    }
+};
+
+// The flat records of a list in one block, null for an empty list.
+template<class Record>
+FlatOf<Record> *flatArray(const std::vector<Record> &records)
+{
+    if (records.empty())
+        return nullptr;
+    auto *block = allocateZeroed<FlatOf<Record>>(records.size());
+    for (size_t i = 0; i < records.size(); ++i)
+        fillFlat(block[i], records[i]);
+    return block;
+}
+
+// Releases what the elements hold, up to the first that refuses, and then the block.
+template<class Record>
+BrimletResult releaseArray(FlatOf<Record> *&block, uint32_t count)
+{
+    for (uint32_t i = 0; i < count; ++i)
+        if (const BrimletResult inner = releaseFlat<Record>(block[i]))
+            return inner;
+    release(block);
+    return BRIMLET_DONE;
+}
+
+// A list of records in one block, its count beside it. A release where the two disagree is refused.
+template<class Flat, class FlatPart, class Record, class Part>
+struct CarriedList
+{
+    FlatPart *Flat::*flatMember;
+    uint32_t Flat::*flatCount;
+    std::vector<Part> Record::*member;
+
+    void fill(Flat &flat, const Record &record) const
+    {
+        flat.*flatMember = flatArray(record.*member);
+        flat.*flatCount = static_cast<uint32_t>((record.*member).size());
+    }
+
+    BrimletResult release(Flat &flat) const
+    {
+        FlatPart *&block = flat.*flatMember;
+        uint32_t &count = flat.*flatCount;
+        if ((block == nullptr) != (count == 0))
+            return BRIMLET_REFUSED;
+        if (!block)
+            return BRIMLET_DONE;
+        if (const BrimletResult inner = releaseArray<Part>(block, count))
+            return inner;
+        count = 0;
+        return BRIMLET_DONE;
+    }
+};
+
+// A list of numbers in one block. Its count is set to 0 at the release and not looked at.
+template<class Flat, class Record>
+struct CarriedNumbers
+{
+    uint32_t *Flat::*flatMember;
+    uint32_t Flat::*flatCount;
+    std::vector<quint32> Record::*member;
+
+    void fill(Flat &flat, const Record &record) const
+    {
+        const std::vector<quint32> &numbers = record.*member;
+        if (numbers.empty())
+            return;
+        flat.*flatMember = allocateZeroed<uint32_t>(numbers.size());
+        std::memcpy(flat.*flatMember, numbers.data(), numbers.size() * sizeof(uint32_t));
+        flat.*flatCount = static_cast<uint32_t>(numbers.size());
+    }
+
+    BrimletResult release(Flat &flat) const
+    {
+        brimlet::release(flat.*flatMember);
+        flat.*flatCount = 0;
+        return BRIMLET_DONE;
+    }
+};
+
+// ---- Stating them ----
+
+template<class Flat, class FlatMember, class Record, class Member>
+constexpr CarriedValue<Flat, FlatMember, Record, Member> carries(FlatMember Flat::*flatMember, Member Record::*member)
+{
+    return {flatMember, member};
+}
+
+template<class Flat, class FlatPart, class Record, class Part>
+constexpr CarriedRecord<Flat, FlatPart, Record, Part> carriesRecord(FlatPart *Flat::*flatMember,
+                                                                    std::optional<Part> Record::*member)
+{
+    return {flatMember, member};
+}
+
+template<class Flat, class FlatPart, class Record, class Part>
+constexpr CarriedList<Flat, FlatPart, Record, Part>
+carriesList(FlatPart *Flat::*flatMember, uint32_t Flat::*flatCount, std::vector<Part> Record::*member)
+{
+    return {flatMember, flatCount, member};
+}
+
+template<class Flat, class Record>
+constexpr CarriedNumbers<Flat, Record> carriesNumbers(uint32_t *Flat::*flatMember, uint32_t Flat::*flatCount,
+                                                      std::vector<quint32> Record::*member)
+{
+    return {flatMember, flatCount, member};
+}
+
+// ---- A whole record ----
+
+// Into a zeroed flat record.
+template<class Record>
+void fillFlat(FlatOf<Record> &flat, const Record &record)
+{
+    std::apply([&](const auto &...field) { (field.fill(flat, record), ...); }, FlatForm<Record>::fields);
+}
+
+// Releases what a flat record points to, field by field up to the first that refuses, and sets each to null.
+template<class Record>
+BrimletResult releaseFlat(FlatOf<Record> &flat)
+{
+    BrimletResult result = BRIMLET_DONE;
+    std::apply([&](const auto &...field) { ((result = field.release(flat)) || ...); }, FlatForm<Record>::fields);
+    return result;
+}
+
+} // namespace brimlet

@@ -1,0 +1,36 @@
+#include "api/DirectoryFlat.h"
+#include "api/Families.h"
+
+using namespace brimlet;
+
+uint32_t addLocales(const uint16_t *json, uint32_t length)
+{
+    return addRecords(json, length, fillLocale, &Controller::addLocales);
+}
+
+uint32_t getLocale(FlatLocale **locale, uint32_t id)
+{
+    return getRecord(locale, &Controller::getLocale, id);
+}
+
+uint32_t getLocales(FlatLocale **locales, uint32_t *count)
+{
+    return getRecords(locales, count, &Controller::getLocales);
+}
+
+uint32_t getLocalesWithParams(FlatLocale **locales, uint32_t *count, const uint16_t *key, uint32_t keyLength,
+                              const uint16_t *value, uint32_t valueLength)
+{
+    return getRecords(locales, count, &Controller::getLocalesWithParams, toString(key, keyLength), toString(value,
+                      valueLength));
+}
+
+uint32_t freeLocale(FlatLocale *locale)
+{
+    return freeRecord<Locale>(locale);
+}
+
+uint32_t freeLocalesArray(FlatLocale *locales, uint32_t count)
+{
+    return freeRecords<Locale>(locales, count);
+}

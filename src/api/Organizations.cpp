@@ -1,0 +1,46 @@
+#include "api/DirectoryFlat.h"
+#include "api/Families.h"
+
+using namespace brimlet;
+
+uint32_t addOrganizations(const uint16_t *json, uint32_t length)
+{
+    return addRecords(json, length, fillOrganization, &Controller::addOrganizations);
+}
+
+uint32_t updateOrganization(FlatOrganization **organization, const uint16_t *json, uint32_t length)
+{
+    return updateRecord(organization, json, length, fillOrganization, &Controller::updateOrganization);
+}
+
+uint32_t deleteOrganization(const uint16_t *json, uint32_t length)
+{
+    return deleteRecord(json, length, OrganizationsTable().id.fieldKeys.second, &Controller::deleteOrganization);
+}
+
+uint32_t getOrganization(FlatOrganization **organization, uint32_t id)
+{
+    return getRecord(organization, &Controller::getOrganization, id);
+}
+
+uint32_t getOrganizations(FlatOrganization **organizations, uint32_t *count)
+{
+    return getRecords(organizations, count, &Controller::getOrganizations);
+}
+
+uint32_t getOrganizationsWithParams(FlatOrganization **organizations, uint32_t *count, const uint16_t *key,
+                                    uint32_t keyLength, const uint16_t *value, uint32_t valueLength)
+{
+    return getRecords(organizations, count, &Controller::getOrganizationsWithParams, toString(key, keyLength),
+                      toString(value, valueLength));
+}
+
+uint32_t freeOrganization(FlatOrganization *organization)
+{
+    return freeRecord<Organization>(organization);
+}
+
+uint32_t freeOrganizationsArray(FlatOrganization *organizations, uint32_t count)
+{
+    return freeRecords<Organization>(organizations, count);
+}

@@ -1,0 +1,57 @@
+// The allocator that the library shares with its clients: every block that crosses the boundary comes from here and
+// goes back here, on whichever side that happens.
+#pragma once
+
+#include <QString>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+
+#ifdef _WIN32
+#include <combaseapi.h>
+#endif
+
+namespace brimlet {
+
+inline void *allocateShared(size_t size)
+{
+#ifdef _WIN32
+    return CoTaskMemAlloc(size);
+#else
+    return std::malloc(size);
+#endif
+}
+
+// A null pointer is let through.
+inline void freeShared(void *block)
+{
+#ifdef _WIN32
+    CoTaskMemFree(block);
+#else
+    std::free(block);
+#endif
+}
+
+// A block for `count` elements, all zero. An exhausted allocator ends the process here: no client could go on with
+// half a record.
+template<class T>
+T *allocateZeroed(size_t count = 1)
+{
+    void *block = allocateShared(count * sizeof(T));
+    if (!block)
+        std::abort();
+    return static_cast<T *>(std::memset(block, 0, count * sizeof(T)));
+}
+
+// A text with its terminator, or null for none.
+inline uint16_t *copyText(const std::optional<QString> &text)
+{
+    if (!text)
+        return nullptr;
+    const size_t units = static_cast<size_t>(text->size()) + 1;
+    auto *block = allocateZeroed<uint16_t>(units);
+    std::memcpy(block, text->utf16(), units * sizeof(uint16_t));
+    return block;
+}
+
+} // namespace brimlet

@@ -1,0 +1,69 @@
+#include "catalog/Statements.h"
+#include "catalog/TableCatalog.h"
+
+namespace brimlet {
+
+void TableCatalog::prepareContractsTable(QSqlQuery &query) const
+{
+    prepare(query, createTableText(contracts, ContractFields::tableOrder));
+}
+
+void TableCatalog::prepareContractsInsert(QSqlQuery &query, const std::vector<Contract> &records) const
+{
+    prepare(query, insertText(contracts.table, columnsOf(contracts, ContractFields::tableOrder)));
+    bindBatch(query, records, ContractFields::tableOrder);
+}
+
+void TableCatalog::prepareContractUpsert(QSqlQuery &query, const Contract &contract) const
+{
+    prepareUpsert(query, contracts.table, presentColumns(contracts, contract, ContractFields::tableOrder));
+}
+
+QString TableCatalog::contractsSelect() const
+{
+    return selectText(contractColumns(), contracts.table) + contractJoins();
+}
+
+void TableCatalog::prepareContractsSelect(QSqlQuery &query) const
+{
+    prepare(query, contractsSelect());
+}
+
+void TableCatalog::prepareContractSelectById(QSqlQuery &query, quint32 id) const
+{
+    prepare(query, contractsSelect() + where(contracts.id.column), {id});
+}
+
+void TableCatalog::prepareContractsSelectByField(QSqlQuery &query, const QString &column, const QString &value) const
+{
+    prepare(query, contractsSelect() + where(column), {value});
+}
+
+QStringList TableCatalog::contractColumns() const
+{
+    return columnsOf(contracts, ContractFields::selectOrder) + columnsOf(contractors, ContractorFields::selectOrder)
+         + userColumns();
+}
+
+QString TableCatalog::contractJoins() const
+{
+    return leftJoin(contractors.table, contracts.contractorId.column, contractors.id.column)
+         + leftJoin(users.table, contracts.userId.column, users.id.column) + domainJoin(users.domainId.column);
+}
+
+ContractColumns::ContractColumns(const TableCatalog &tables, ResultColumns &columns)
+    : RowPart(tables.contracts, columns)
+    , contractor(tables, columns)
+    , user(tables, columns)
+{
+}
+
+Contract TableCatalog::readContractRow(const QSqlQuery &query, const ContractColumns &columns)
+{
+    Contract contract = columns.read(query);
+    contract.contractor = joined(query, columns.contractor, readContractorRow);
+    contract.user = joined(query, columns.user, readUserRow);
+    return contract;
+}
+
+} // namespace brimlet

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "catalog/ContractorsTable.h"
+#include "catalog/UsersTable.h"
+#include "records/Contract.h"
+
+namespace brimlet {
+
+struct ContractsTable : Table
+{
+    ContractsTable() : Table("Contracts") {}
+
+    IdFieldDesc id = idField("Id", "id", "id", "id");
+    FieldDesc number = field("Number", "number");
+    FieldDesc contractorId = field("ContractorId", "contractor_id");
+    FieldDesc name = field("Name", "c_name");
+    FieldDesc status = field("Status", "status");
+    FieldDesc date = field("Date", "date");
+    FieldDesc description = field("Description", "description");
+    FieldDesc extra = field("Extra", "extra");
+    FieldDesc userId = field("UserId", "operator_id");
+};
+
+namespace ContractFields {
+
+inline constexpr auto id = mapped(&Contract::id, &ContractsTable::id);
+inline constexpr auto number = mapped(&Contract::number, &ContractsTable::number);
+inline constexpr auto contractor = mapped(&Contract::contractor, &ContractsTable::contractorId);
+inline constexpr auto name = mapped(&Contract::name, &ContractsTable::name);
+inline constexpr auto status = mapped(&Contract::status, &ContractsTable::status).absentAs(QVariant::String);
+inline constexpr auto date = mapped(&Contract::date, &ContractsTable::date).absentAs(QVariant::String);
+inline constexpr auto description = mapped(&Contract::description, &ContractsTable::description);
+inline constexpr auto extra = mapped(&Contract::extra, &ContractsTable::extra);
+inline constexpr auto user = mapped(&Contract::user, &ContractsTable::userId);
+
+inline constexpr auto tableOrder = // also that of upserts
+    inOrder(id, number, contractor, name, status, date, description, extra, user);
+inline constexpr auto selectOrder = // contractor and user come through their joins
+    inOrder(id, number, name, status, date, description, extra);
+inline constexpr auto documentOrder =
+    inOrder(id, number, name, status, date, description, extra, contractor, user);
+inline constexpr auto searchOrder = // the user cannot be searched for
+    inOrder(id, number, contractor, name, status, date, description, extra);
+
+} // namespace ContractFields
+
+// Where a result holds a contract with its contractor and its user.
+struct ContractColumns : RowPart<ContractFields::selectOrder>
+{
+    ContractColumns(const TableCatalog &tables, ResultColumns &columns);
+
+    ContractorColumns contractor;
+    UserColumns user;
+};
+
+} // namespace brimlet

@@ -1,0 +1,108 @@
+#include "catalog/Statements.h"
+#include "catalog/TableCatalog.h"
+
+namespace brimlet {
+
+// ---- Device users ----
+
+void TableCatalog::prepareDeviceUsersTable(QSqlQuery &query) const
+{
+    prepare(query,
+            createTableText(deviceUsers.table, QStringList{keyDefinition(deviceUsers.deviceId.column)}
+                                                   + definitionsOf(deviceUsers, DeviceUserFields::tableOrder)
+                                                   + QStringList{primaryKeyDefinition(
+                                                       {deviceUsers.deviceId.column,
+                                                        deviceUsers.deviceUserId.column})}));
+}
+
+void TableCatalog::prepareDeviceUsersInsert(QSqlQuery &query, const std::vector<Device> &records) const
+{
+    prepare(query, insertText(deviceUsers.table, QStringList{deviceUsers.deviceId.column}
+                                                     + columnsOf(deviceUsers, DeviceUserFields::tableOrder)));
+    auto batch = batchWithParents<1>(DeviceUserFields::tableOrder);
+    for (const Device &device : records)
+        for (const DeviceUser &user : device.users)
+            batch.add(user, {device.id});
+    batch.bind(query);
+}
+
+void TableCatalog::prepareDeviceUsersOfDeviceSelect(QSqlQuery &query, quint32 deviceId) const
+{
+    prepare(query,
+            selectText(columnsOf(deviceUsers, DeviceUserFields::tableOrder), deviceUsers.table)
+                + where(deviceUsers.deviceId.column),
+            {deviceId});
+}
+
+void TableCatalog::prepareDeviceUsersOfDeviceDelete(QSqlQuery &query, quint32 deviceId) const
+{
+    prepare(query, deleteText(deviceUsers.table) + where(deviceUsers.deviceId.column), {deviceId});
+}
+
+DeviceUserColumns::DeviceUserColumns(const TableCatalog &tables, ResultColumns &columns)
+    : RowPart(tables.deviceUsers, columns)
+{
+}
+
+DeviceUser TableCatalog::readDeviceUserRow(const QSqlQuery &query, const DeviceUserColumns &columns)
+{
+    return columns.read(query);
+}
+
+// ---- Their links to sections ----
+
+void TableCatalog::prepareDeviceUserSectionLinksTable(QSqlQuery &query) const
+{
+    const DeviceUserSectionLinksTable &links = deviceUserSectionLinks;
+    prepare(query, createTableText(links.table, definitionsOf(links, DeviceUserSectionLinkFields::tableOrder)
+                                                    + QStringList{primaryKeyDefinition(columnsOf(
+                                                        links, DeviceUserSectionLinkFields::tableOrder))}));
+}
+
+void TableCatalog::prepareDeviceUserSectionLinksInsert(QSqlQuery &query, const std::vector<Device> &records) const
+{
+    // A link is all key: one that exists stays, and nothing can change in it.
+    prepare(query, insertText(deviceUserSectionLinks.table,
+                              columnsOf(deviceUserSectionLinks, DeviceUserSectionLinkFields::tableOrder), ",",
+                              "INSERT OR IGNORE"));
+    auto batch = batchWithParents<0>(DeviceUserSectionLinkFields::tableOrder);
+    for (const Device &device : records)
+        for (const DeviceUser &user : device.users)
+            for (const quint32 section : user.sections)
+                batch.add({device.id, user.id, section});
+    batch.bind(query);
+}
+
+void TableCatalog::prepareDeviceUserLinksSelect(QSqlQuery &query, quint32 deviceId, quint32 deviceUserId) const
+{
+    prepare(query,
+            selectAllText(deviceUserSectionLinks.table) + where(deviceUserSectionLinks.deviceId)
+                + andWhere(deviceUserSectionLinks.deviceUserId),
+            {deviceId, deviceUserId});
+}
+
+void TableCatalog::prepareLinksOfDeviceDelete(QSqlQuery &query, quint32 deviceId) const
+{
+    prepare(query, deleteText(deviceUserSectionLinks.table) + where(deviceUserSectionLinks.deviceId), {deviceId});
+}
+
+void TableCatalog::prepareLinksOfSectionDelete(QSqlQuery &query, quint32 deviceId, quint32 sectionId) const
+{
+    prepare(query,
+            deleteText(deviceUserSectionLinks.table) + where(deviceUserSectionLinks.deviceId)
+                + andWhere(deviceUserSectionLinks.sectionId),
+            {deviceId, sectionId});
+}
+
+DeviceUserLinkColumns::DeviceUserLinkColumns(const TableCatalog &tables, ResultColumns &columns)
+    : RowPart(tables.deviceUserSectionLinks, columns)
+{
+}
+
+DeviceUserSectionLink TableCatalog::readDeviceUserLinkRow(const QSqlQuery &query,
+                                                          const DeviceUserLinkColumns &columns)
+{
+    return columns.read(query);
+}
+
+} // namespace brimlet

@@ -1,0 +1,98 @@
+// A field of a record, paired once with the descriptor entry that names its column and its JSON key. Lists of such
+// pairs, in the orders that the statements, the documents and the key maps ask for, are what the generic parts of the
+// catalog and of the readers walk.
+#pragma once
+
+#include "catalog/Table.h"
+#include "catalog/Values.h"
+
+#include <QStringList>
+#include <tuple>
+
+namespace brimlet {
+
+template<class RecordType, class Member, class TableType, class Desc>
+struct Field
+{
+    using Record = RecordType;
+    using Table = TableType;
+    using Value = typename Unwrapped<Member>::Value;
+    using Read = Value (*)(const QVariant &);
+    static constexpr bool isOptional = Unwrapped<Member>::isOptional;
+    static constexpr bool isText = std::is_same_v<Value, QString>;
+
+    Member Record::*member;
+    Desc Table::*desc;
+    QVariant::Type absent; // an absent value is bound as a null of this type
+    const char *type;      // the column is declared as this
+    Read read;
+
+    // For the fields that depart from their type's rule.
+    constexpr Field absentAs(QVariant::Type other) const { return {member, desc, other, type, read}; }
+    constexpr Field declaredAs(const char *other) const { return {member, desc, absent, other, read}; }
+    constexpr Field readBy(Read other) const { return {member, desc, absent, type, other}; }
+
+    const QString &column(const Table &table) const
+    {
+        if constexpr (std::is_same_v<Desc, QString>) // a column that no document names
+            return table.*desc;
+        else
+            return (table.*desc).column;
+    }
+
+    bool isPresent(const Record &record) const
+    {
+        if constexpr (isOptional)
+            return (record.*member).has_value();
+        else
+            return true;
+    }
+
+    QVariant bound(const Record &record) const
+    {
+        if constexpr (isOptional)
+            return isPresent(record) ? ValueKind<Value>::bound(*(record.*member)) : QVariant(absent);
+        else
+            return ValueKind<Value>::bound(record.*member);
+    }
+};
+
+template<class Record, class Member, class Table, class Desc>
+constexpr Field<Record, Member, Table, Desc> mapped(Member Record::*member, Desc Table::*desc)
+{
+    using Kind = ValueKind<typename Unwrapped<Member>::Value>;
+    return {member, desc, Kind::type, Kind::column, Kind::read};
+}
+
+// The record's id comes first in every list.
+template<class... Fields>
+constexpr std::tuple<Fields...> inOrder(const Fields &...fields)
+{
+    return {fields...};
+}
+
+template<class List>
+using FirstField = std::tuple_element_t<0, List>;
+
+template<class List, class Visit>
+void forEachField(const List &fields, const Visit &visit)
+{
+    std::apply([&](const auto &...field) { (visit(field), ...); }, fields);
+}
+
+// Whether all visits gave true; the first false ends the walk.
+template<class List, class Visit>
+bool allFields(const List &fields, const Visit &visit)
+{
+    return std::apply([&](const auto &...field) { return (visit(field) && ...); }, fields);
+}
+
+template<class Table, class List>
+QStringList columnsOf(const Table &table, const List &fields)
+{
+    QStringList columns;
+    forEachField(fields, [&](const auto &field) { columns << field.column(table); });
+    return columns;
+}
+
+} // namespace brimlet

@@ -1,0 +1,88 @@
+// From the rows of a result to records. Columns are recognised by name, whatever their order and whatever else the
+// result holds; the names are compared once a result, and every row is then read by position.
+#pragma once
+
+#include "catalog/Field.h"
+
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <array>
+
+namespace brimlet {
+
+// The names of a result's columns. Give it the query that stands on a row.
+class ResultColumns
+{
+public:
+    explicit ResultColumns(const QSqlQuery &query);
+    // The place of a column, -1 where the result does not have it. Asking in the order of the select finds each name
+    // at once.
+    int find(const QString &name);
+
+private:
+    QStringList names;
+    int next = 0;
+};
+
+// Where the fields of one table stand in a result, and how to read them from a row.
+template<const auto &fields>
+class RowPart
+{
+    using First = FirstField<std::decay_t<decltype(fields)>>;
+
+public:
+    using Record = typename First::Record;
+    using Table = typename First::Table;
+
+    RowPart(const Table &table, ResultColumns &columns)
+    {
+        auto place = places.begin();
+        forEachField(fields, [&](const auto &field) { *place++ = columns.find(field.column(table)); });
+    }
+
+    // Whether a join found this table's row: its key, the first field, is not null then.
+    bool isThere(const QSqlQuery &query) const { return !query.value(places.front()).isNull(); }
+
+    Record read(const QSqlQuery &query) const
+    {
+        Record record;
+        auto place = places.begin();
+        forEachField(fields, [&](const auto &field) { readCell(record, field, query, *place++); });
+        return record;
+    }
+
+private:
+    template<class Field>
+    static void readCell(Record &record, const Field &field, const QSqlQuery &query, int place)
+    {
+        if (place < 0)
+            return;
+        const QVariant cell = query.value(place);
+        if (!Field::isOptional || !cell.isNull())
+            record.*field.member = field.read(cell);
+    }
+
+    std::array<int, std::tuple_size_v<std::decay_t<decltype(fields)>>> places;
+};
+
+// A value on its own, from a column that no list of fields holds.
+template<class Value>
+std::optional<Value> readCell(const QSqlQuery &query, int place)
+{
+    if (place < 0)
+        return std::nullopt;
+    const QVariant cell = query.value(place);
+    return cell.isNull() ? std::nullopt : std::optional<Value>(ValueKind<Value>::read(cell));
+}
+
+// The record of a joined table, or nothing where the join found no row.
+template<class Columns, class Record>
+std::optional<Record> joined(const QSqlQuery &query, const Columns &columns,
+                             Record (*readRow)(const QSqlQuery &, const Columns &))
+{
+    if (!columns.isThere(query))
+        return std::nullopt;
+    return readRow(query, columns);
+}
+
+} // namespace brimlet

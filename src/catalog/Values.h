@@ -1,0 +1,100 @@
+// For each type that a record's field can have: how it is declared as a column, bound to a statement and read from a
+// row.
+#pragma once
+
+#include <QString>
+#include <QVariant>
+#include <optional>
+
+namespace brimlet {
+
+// An embedded record stands in its parent's row as a reference, its id. It is never read from that column: rows give
+// embedded records through a join.
+template<class Value>
+struct ValueKind
+{
+    static constexpr QVariant::Type type = QVariant::UInt;
+    static constexpr const char *column = "UNSIGNED BIG INT";
+    static QVariant bound(const Value &value) { return value.id; }
+    static constexpr Value (*read)(const QVariant &) = nullptr;
+};
+
+template<>
+struct ValueKind<quint32>
+{
+    static constexpr QVariant::Type type = QVariant::UInt;
+    static constexpr const char *column = "UNSIGNED BIG INT";
+    static QVariant bound(quint32 value) { return value; }
+    static quint32 read(const QVariant &cell) { return cell.toUInt(); }
+};
+
+template<>
+struct ValueKind<qint32>
+{
+    static constexpr QVariant::Type type = QVariant::Int;
+    static constexpr const char *column = "UNSIGNED BIG INT";
+    static QVariant bound(qint32 value) { return value; }
+    static qint32 read(const QVariant &cell) { return cell.toInt(); }
+};
+
+template<>
+struct ValueKind<quint8>
+{
+    static constexpr QVariant::Type type = QVariant::Int;
+    static constexpr const char *column = "UNSIGNED BIG INT";
+    static QVariant bound(quint8 value) { return static_cast<qint32>(value); }
+    static quint8 read(const QVariant &cell) { return static_cast<quint8>(cell.toInt()); }
+};
+
+template<>
+struct ValueKind<quint64>
+{
+    static constexpr QVariant::Type type = QVariant::ULongLong;
+    static constexpr const char *column = "DOUBLE";
+    static QVariant bound(quint64 value) { return value; }
+    static quint64 read(const QVariant &cell) { return cell.toULongLong(); }
+};
+
+template<>
+struct ValueKind<bool>
+{
+    static constexpr QVariant::Type type = QVariant::Bool;
+    static constexpr const char *column = "BOOLEAN";
+    static QVariant bound(bool value) { return value; }
+    static bool read(const QVariant &cell) { return cell.toBool(); }
+};
+
+template<>
+struct ValueKind<double>
+{
+    static constexpr QVariant::Type type = QVariant::Double;
+    static constexpr const char *column = "DOUBLE";
+    static QVariant bound(double value) { return value; }
+    static double read(const QVariant &cell) { return cell.toDouble(); }
+};
+
+template<>
+struct ValueKind<QString>
+{
+    static constexpr QVariant::Type type = QVariant::String;
+    static constexpr const char *column = "VARCHAR(255)";
+    static QVariant bound(const QString &value) { return value; }
+    static QString read(const QVariant &cell) { return cell.toString(); }
+};
+
+// A field is optional; only a record's id is a plain value.
+template<class Member>
+struct Unwrapped
+{
+    using Value = Member;
+    static constexpr bool isOptional = false;
+};
+
+template<class Contained>
+struct Unwrapped<std::optional<Contained>>
+{
+    using Value = Contained;
+    static constexpr bool isOptional = true;
+};
+
+} // namespace brimlet

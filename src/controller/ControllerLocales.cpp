@@ -1,0 +1,30 @@
+#include "controller/Controller.h"
+#include "controller/Outcome.h"
+#include "json/KeyMaps.h"
+
+namespace brimlet::controller {
+
+BrimletResult Controller::addLocales(const std::vector<Locale> &locales)
+{
+    return written(database->addLocales(locales));
+}
+
+BrimletResult Controller::getLocale(std::optional<Locale> &locale, quint32 id)
+{
+    return found(database->getLocale(locale, id), locale);
+}
+
+BrimletResult Controller::getLocales(std::vector<Locale> &locales)
+{
+    return found(database->getLocales(locales), locales);
+}
+
+BrimletResult Controller::getLocalesWithParams(std::vector<Locale> &locales, const QString &key, const QString &value)
+{
+    QString column;
+    if (!localeColumnForKey(column, key))
+        return BRIMLET_REFUSED;
+    return found(database->getLocalesByField(locales, column, value), locales);
+}
+
+} // namespace brimlet::controller

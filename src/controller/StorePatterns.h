@@ -1,0 +1,67 @@
+// The templates of SQLiteDatabase: the moves that the operations of many entities share.
+#pragma once
+
+#include "controller/SQLiteDatabase.h"
+
+#include <stdexcept>
+
+namespace brimlet::controller {
+
+// The record of an operation that cannot do without one. That it is there is its caller's business.
+template<class Record>
+Record &required(std::optional<Record> &record)
+{
+    if (!record)
+        throw std::logic_error("Bad optional access");
+    return *record;
+}
+
+template<class Record, class Columns>
+bool SQLiteDatabase::readOne(std::optional<Record> &record, Record (*readRow)(const QSqlQuery &, const Columns &),
+                             const char *error)
+{
+    if (!run(error))
+        return false;
+    record.reset();
+    if (query.next()) {
+        ResultColumns columns(query);
+        record = readRow(query, Columns(tables, columns));
+    }
+    return true;
+}
+
+template<class Record, class Columns>
+bool SQLiteDatabase::readList(std::vector<Record> &records, Record (*readRow)(const QSqlQuery &, const Columns &),
+                              const char *error)
+{
+    if (!run(error))
+        return false;
+    if (!query.next())
+        return true;
+    ResultColumns names(query);
+    const Columns columns(tables, names);
+    do
+        records.push_back(readRow(query, columns));
+    while (query.next());
+    return true;
+}
+
+template<class Record, class... Parents>
+bool SQLiteDatabase::readBack(std::optional<Record> &record,
+                              bool (SQLiteDatabase::*read)(std::optional<Record> &, quint32, Parents...),
+                              Parents... parents)
+{
+    const quint32 id = record->id;
+    record.reset();
+    return (this->*read)(record, id, parents...);
+}
+
+template<class Table>
+bool SQLiteDatabase::deleteById(const Table &table, quint32 id, const char *error)
+{
+    begin();
+    tables.prepareDelete(query, table.table, table.id.column, id);
+    return run(error) && commit();
+}
+
+} // namespace brimlet::controller

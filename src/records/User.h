@@ -1,0 +1,22 @@
+#pragma once
+
+#include "records/Domain.h"
+
+namespace brimlet {
+
+// An operator of the monitoring service.
+struct User
+{
+    quint32 id = 0;
+    std::optional<QString> name;
+    std::optional<QString> login;
+    std::optional<QString> contacts;
+    std::optional<bool> isActive;
+    std::optional<quint32> domainId;
+    std::optional<quint32> roles;
+    std::optional<quint64> phone;
+    std::optional<Domain> domain; // on the way out only
+    std::optional<quint32> orgId;
+};
+
+} // namespace brimlet
