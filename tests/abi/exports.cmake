@@ -1,0 +1,27 @@
+# Compares the list of exports, the functions that the header declares and those that the library exports.
+file(READ ${LIST} text)
+string(REGEX MATCH "global:(.*)local:" ignored "${text}")
+string(REGEX MATCHALL "[a-z][A-Za-z]+;" listed "${CMAKE_MATCH_1}")
+list(TRANSFORM listed REPLACE ";" "")
+
+file(READ ${HEADER} text)
+string(REGEX MATCHALL "BRIMLET_API [a-z0-9_]+ [a-z][A-Za-z]+\\(" declared "${text}")
+list(TRANSFORM declared REPLACE "BRIMLET_API [a-z0-9_]+ ([A-Za-z]+)\\(" "\\1")
+
+execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "[0-9a-f]+ [A-Za-z] [^\n]+" exported "${text}")
+list(TRANSFORM exported REPLACE "^[0-9a-f]+ [A-Za-z] " "")
+
+foreach(names IN ITEMS listed declared exported)
+    list(SORT ${names})
+    list(LENGTH ${names} count)
+    if(NOT count EQUAL 96)
+        message(FATAL_ERROR "${count} functions ${names}, not 96: ${${names}}")
+    endif()
+endforeach()
+if(NOT listed STREQUAL declared)
+    message(FATAL_ERROR "the list and the header differ:\n${listed}\n${declared}")
+endif()
+if(NOT listed STREQUAL exported)
+    message(FATAL_ERROR "the list and the library differ:\n${listed}\n${exported}")
+endif()
