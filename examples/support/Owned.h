@@ -15,29 +15,95 @@ namespace example {
 
 // One overload a kind of record, so that the templates below find the right function by themselves. The answers need no
 // look: they are 0 for every whole record, and the templates give back nothing else.
-inline void giveBack(FlatLocale *locale) { freeLocale(locale); }
-inline void giveBack(FlatDomain *domain) { freeDomain(domain); }
-inline void giveBack(FlatUser *user) { freeUser(user); }
-inline void giveBack(FlatOrganization *organization) { freeOrganization(organization); }
-inline void giveBack(FlatContractor *contractor) { freeContractor(contractor); }
-inline void giveBack(FlatContract *contract) { freeContract(contract); }
-inline void giveBack(FlatDevice *device) { freeDevice(device); }
-inline void giveBack(FlatSection *section) { freeSection(section); }
-inline void giveBack(FlatZone *zone) { freeZone(zone); }
-inline void giveBack(FlatSite *site) { freeSite(site); }
-inline void giveBack(FlatEvent *event) { freeEvent(event); }
+inline void giveBack(FlatLocale *locale)
+{
+    freeLocale(locale);
+}
+inline void giveBack(FlatDomain *domain)
+{
+    freeDomain(domain);
+}
+inline void giveBack(FlatUser *user)
+{
+    freeUser(user);
+}
+inline void giveBack(FlatOrganization *organization)
+{
+    freeOrganization(organization);
+}
+inline void giveBack(FlatContractor *contractor)
+{
+    freeContractor(contractor);
+}
+inline void giveBack(FlatContract *contract)
+{
+    freeContract(contract);
+}
+inline void giveBack(FlatDevice *device)
+{
+    freeDevice(device);
+}
+inline void giveBack(FlatSection *section)
+{
+    freeSection(section);
+}
+inline void giveBack(FlatZone *zone)
+{
+    freeZone(zone);
+}
+inline void giveBack(FlatSite *site)
+{
+    freeSite(site);
+}
+inline void giveBack(FlatEvent *event)
+{
+    freeEvent(event);
+}
 
-inline void giveBack(FlatLocale *locales, uint32_t count) { freeLocalesArray(locales, count); }
-inline void giveBack(FlatDomain *domains, uint32_t count) { freeDomainsArray(domains, count); }
-inline void giveBack(FlatUser *users, uint32_t count) { freeUsersArray(users, count); }
-inline void giveBack(FlatOrganization *organizations, uint32_t count) { freeOrganizationsArray(organizations, count); }
-inline void giveBack(FlatContractor *contractors, uint32_t count) { freeContractorsArray(contractors, count); }
-inline void giveBack(FlatContract *contracts, uint32_t count) { freeContractsArray(contracts, count); }
-inline void giveBack(FlatDevice *devices, uint32_t count) { freeDevicesArray(devices, count); }
-inline void giveBack(FlatSection *sections, uint32_t count) { freeSectionsArray(sections, count); }
-inline void giveBack(FlatZone *zones, uint32_t count) { freeZonesArray(zones, count); }
-inline void giveBack(FlatSite *sites, uint32_t count) { freeSitesArray(sites, count); }
-inline void giveBack(FlatEvent *events, uint32_t count) { freeEventsArray(events, count); }
+inline void giveBack(FlatLocale *locales, uint32_t count)
+{
+    freeLocalesArray(locales, count);
+}
+inline void giveBack(FlatDomain *domains, uint32_t count)
+{
+    freeDomainsArray(domains, count);
+}
+inline void giveBack(FlatUser *users, uint32_t count)
+{
+    freeUsersArray(users, count);
+}
+inline void giveBack(FlatOrganization *organizations, uint32_t count)
+{
+    freeOrganizationsArray(organizations, count);
+}
+inline void giveBack(FlatContractor *contractors, uint32_t count)
+{
+    freeContractorsArray(contractors, count);
+}
+inline void giveBack(FlatContract *contracts, uint32_t count)
+{
+    freeContractsArray(contracts, count);
+}
+inline void giveBack(FlatDevice *devices, uint32_t count)
+{
+    freeDevicesArray(devices, count);
+}
+inline void giveBack(FlatSection *sections, uint32_t count)
+{
+    freeSectionsArray(sections, count);
+}
+inline void giveBack(FlatZone *zones, uint32_t count)
+{
+    freeZonesArray(zones, count);
+}
+inline void giveBack(FlatSite *sites, uint32_t count)
+{
+    freeSitesArray(sites, count);
+}
+inline void giveBack(FlatEvent *events, uint32_t count)
+{
+    freeEventsArray(events, count);
+}
 
 // The few plain texts have no free function, they go back to the allocator of the platform.
 inline void giveBack(uint16_t *text)

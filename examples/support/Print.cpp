@@ -16,10 +16,9 @@ std::size_t columnsOf(char32_t codePoint)
     if (codePoint >= 0x300 && codePoint < 0x370)
         return 0;
     const bool isWide = (codePoint >= 0x1100 && codePoint < 0x1160) || (codePoint >= 0x2E80 && codePoint < 0xA4D0)
-                        || (codePoint >= 0xAC00 && codePoint < 0xD7A4) || (codePoint >= 0xF900 && codePoint < 0xFB00)
-                        || (codePoint >= 0xFE30 && codePoint < 0xFE70) || (codePoint >= 0xFF00 && codePoint < 0xFF61)
-                        || (codePoint >= 0x1F300 && codePoint < 0x1FB00)
-                        || (codePoint >= 0x20000 && codePoint < 0x30000);
+                     || (codePoint >= 0xAC00 && codePoint < 0xD7A4) || (codePoint >= 0xF900 && codePoint < 0xFB00)
+                     || (codePoint >= 0xFE30 && codePoint < 0xFE70) || (codePoint >= 0xFF00 && codePoint < 0xFF61)
+                     || (codePoint >= 0x1F300 && codePoint < 0x1FB00) || (codePoint >= 0x20000 && codePoint < 0x30000);
     return isWide ? 2 : 1;
 }
 

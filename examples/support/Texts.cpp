@@ -50,7 +50,7 @@ char32_t takeCodePoint(std::string_view &utf8)
     }
     constexpr char32_t smallest[] = {0, 0x80, 0x800, firstBeyondOneUnit}; // a longer form than needed is broken too
     const bool isSound = codePoint >= smallest[followers] && codePoint <= 0x10FFFF && !isHighSurrogate(codePoint)
-                         && !isLowSurrogate(codePoint);
+                      && !isLowSurrogate(codePoint);
     return isSound ? codePoint : replacement;
 }
 

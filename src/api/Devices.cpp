@@ -39,8 +39,8 @@ uint32_t getDevices(FlatDevice **devices, uint32_t *count)
 uint32_t getDevicesWithParams(FlatDevice **devices, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                               const uint16_t *value, uint32_t valueLength)
 {
-    return getRecords(devices, count, &Controller::getDevicesWithParams, toString(key, keyLength), toString(value,
-                      valueLength));
+    return getRecords(devices, count, &Controller::getDevicesWithParams, toString(key, keyLength),
+                      toString(value, valueLength));
 }
 
 uint32_t freeDevice(FlatDevice *device)

@@ -22,14 +22,16 @@
 #include <stdint.h>
 
 /** A locale. */
-typedef struct FlatLocale {
+typedef struct FlatLocale
+{
     uint32_t id;
     uint16_t *iso;
     uint16_t *description;
 } FlatLocale;
 
 /** A domain, with its locale if the store holds it. */
-typedef struct FlatDomain {
+typedef struct FlatDomain
+{
     uint32_t id;
     uint16_t *name;
     uint32_t *orgId;
@@ -37,7 +39,8 @@ typedef struct FlatDomain {
 } FlatDomain;
 
 /** An operator of the monitoring service, with the domain if the store holds it. */
-typedef struct FlatUser {
+typedef struct FlatUser
+{
     uint32_t id;
     uint16_t *name;
     uint16_t *login;
@@ -51,7 +54,8 @@ typedef struct FlatUser {
 } FlatUser;
 
 /** The contact person of an organization. */
-typedef struct FlatPerson {
+typedef struct FlatPerson
+{
     uint32_t id;
     uint16_t *name;
     uint16_t *phone;
@@ -60,7 +64,8 @@ typedef struct FlatPerson {
 } FlatPerson;
 
 /** An organization, with its contact person and its locale if the store holds them. */
-typedef struct FlatOrganization {
+typedef struct FlatOrganization
+{
     uint32_t id;
     uint16_t *inn;
     uint16_t *officialName;
@@ -73,7 +78,8 @@ typedef struct FlatOrganization {
 } FlatOrganization;
 
 /** A party to contracts. */
-typedef struct FlatContractor {
+typedef struct FlatContractor
+{
     uint32_t id;
     uint16_t *inn;
     uint32_t *orgId;
@@ -84,7 +90,8 @@ typedef struct FlatContractor {
 } FlatContractor;
 
 /** A contract, with its contractor and its operator if the store holds them. */
-typedef struct FlatContract {
+typedef struct FlatContract
+{
     uint32_t id;
     uint16_t *number;
     FlatContractor *contractor;
@@ -97,7 +104,8 @@ typedef struct FlatContract {
 } FlatContract;
 
 /** A zone. Its device and section are not part of it. */
-typedef struct FlatZone {
+typedef struct FlatZone
+{
     uint32_t id;
     uint16_t *name;
     uint32_t *detector;
@@ -112,7 +120,8 @@ typedef struct FlatZone {
 } FlatZone;
 
 /** A section with its zones. Its device is not part of it. */
-typedef struct FlatSection {
+typedef struct FlatSection
+{
     uint32_t id;
     uint16_t *name;
     uint32_t *scheduleId;
@@ -129,7 +138,8 @@ typedef struct FlatSection {
 } FlatSection;
 
 /** A user programmed into a device, with the numbers of the sections that this user reaches. */
-typedef struct FlatDeviceUser {
+typedef struct FlatDeviceUser
+{
     uint32_t id;
     uint16_t *name;
     uint16_t *comment;
@@ -139,7 +149,8 @@ typedef struct FlatDeviceUser {
 } FlatDeviceUser;
 
 /** A device with its sections and users, and with the domain if the store holds it. */
-typedef struct FlatDevice {
+typedef struct FlatDevice
+{
     uint32_t id;
     uint32_t *account;
     FlatDomain *domain;
@@ -154,14 +165,16 @@ typedef struct FlatDevice {
 } FlatDevice;
 
 /** Where a site lies, under the site's own id. */
-typedef struct FlatLocation {
+typedef struct FlatLocation
+{
     uint32_t id;
     double *latitude;
     double *longitude;
 } FlatLocation;
 
 /** A site, with its domain, location and contract if the store holds them. A read gives no devices. */
-typedef struct FlatSite {
+typedef struct FlatSite
+{
     uint32_t id;
     uint16_t *name;
     uint16_t *comment;
@@ -184,7 +197,8 @@ typedef struct FlatSite {
 } FlatSite;
 
 /** An event. The last four fields come from the equipment and the operator that the event names. */
-typedef struct FlatEvent {
+typedef struct FlatEvent
+{
     uint32_t id;
     uint32_t *time;
     int32_t *deviceId;

@@ -33,12 +33,29 @@ void release(T *&block)
 
 // ---- The kinds of fields ----
 
+// Whether a flat member has the type that a record's member asks for: the value itself where it is always there,
+// else a block of 16-bit units for a text, or a cell of the value's size, sign and kind.
+template<class FlatMember, class Member>
+constexpr bool canCarry()
+{
+    using Value = typename Unwrapped<Member>::Value;
+    using Cell = std::remove_pointer_t<FlatMember>;
+    if constexpr (!Unwrapped<Member>::isOptional)
+        return std::is_same_v<FlatMember, Member>;
+    else if constexpr (std::is_same_v<Value, QString>)
+        return std::is_same_v<FlatMember, uint16_t *>;
+    else if constexpr (std::is_same_v<Value, bool>)
+        return std::is_same_v<FlatMember, uint8_t *>;
+    else
+        return std::is_pointer_v<FlatMember> && sizeof(Cell) == sizeof(Value)
+            && std::is_signed_v<
+                   Cell> == std::is_signed_v<Value> && std::is_floating_point_v<Cell> == std::is_floating_point_v<Value>;
+}
+
 // A value in the flat record itself, or in a block of its own where it can be absent.
 template<class Flat, class FlatMember, class Record, class Member>
 struct CarriedValue
 {
-    static_assert(std::is_same_v<FlatMember, Member> || std::is_pointer_v<FlatMember>,
-                  "the flat member cannot carry this member of the record");
     FlatMember Flat::*flatMember;
     Member Record::*member;
 
@@ -51,7 +68,6 @@ struct CarriedValue
             flat.*flatMember = copyText(value);
         } else if (value) {
             using Cell = std::remove_pointer_t<FlatMember>;
-            static_assert(sizeof(Cell) == sizeof(*value), "the cell of the flat record has another size");
             flat.*flatMember = allocateZeroed<Cell>();
             *(flat.*flatMember) = static_cast<Cell>(*value);
         }
@@ -175,6 +191,7 @@ struct CarriedNumbers
 template<class Flat, class FlatMember, class Record, class Member>
 constexpr CarriedValue<Flat, FlatMember, Record, Member> carries(FlatMember Flat::*flatMember, Member Record::*member)
 {
+    static_assert(canCarry<FlatMember, Member>(), "the cell of the flat record cannot hold this member of the record");
     return {flatMember, member};
 }
 
@@ -186,8 +203,8 @@ constexpr CarriedRecord<Flat, FlatPart, Record, Part> carriesRecord(FlatPart *Fl
 }
 
 template<class Flat, class FlatPart, class Record, class Part>
-constexpr CarriedList<Flat, FlatPart, Record, Part>
-carriesList(FlatPart *Flat::*flatMember, uint32_t Flat::*flatCount, std::vector<Part> Record::*member)
+constexpr CarriedList<Flat, FlatPart, Record, Part> carriesList(FlatPart *Flat::*flatMember, uint32_t Flat::*flatCount,
+                                                                std::vector<Part> Record::*member)
 {
     return {flatMember, flatCount, member};
 }

@@ -40,8 +40,8 @@ uint32_t getSections(FlatSection **sections, uint32_t *count, uint32_t deviceId)
 uint32_t getSectionsWithParams(FlatSection **sections, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                                const uint16_t *value, uint32_t valueLength, uint32_t deviceId)
 {
-    return getRecords(sections, count, &Controller::getSectionsWithParams, toString(key, keyLength), toString(value,
-                      valueLength), deviceId);
+    return getRecords(sections, count, &Controller::getSectionsWithParams, toString(key, keyLength),
+                      toString(value, valueLength), deviceId);
 }
 
 uint32_t freeSection(FlatSection *section)

@@ -59,8 +59,8 @@ uint32_t getZonesForSection(FlatZone **zones, uint32_t *count, uint32_t deviceId
 uint32_t getZonesWithParams(FlatZone **zones, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                             const uint16_t *value, uint32_t valueLength, uint32_t deviceId)
 {
-    return getRecords(zones, count, &Controller::getZonesWithParams, toString(key, keyLength), toString(value,
-                      valueLength), deviceId);
+    return getRecords(zones, count, &Controller::getZonesWithParams, toString(key, keyLength),
+                      toString(value, valueLength), deviceId);
 }
 
 uint32_t getZonesForSectionWithParams(FlatZone **zones, uint32_t *count, const uint16_t *key, uint32_t keyLength,

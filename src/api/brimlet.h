@@ -215,9 +215,8 @@ BRIMLET_API uint32_t getOrganizations(FlatOrganization **organizations, uint32_t
 
 /** Gives the organizations whose field `key` equals `value`. @param[out] organizations free with
     freeOrganizationsArray @return 0, 3, 7, 8, 10 */
-BRIMLET_API uint32_t getOrganizationsWithParams(FlatOrganization **organizations, uint32_t *count,
-                                                const uint16_t *key, uint32_t keyLength, const uint16_t *value,
-                                                uint32_t valueLength);
+BRIMLET_API uint32_t getOrganizationsWithParams(FlatOrganization **organizations, uint32_t *count, const uint16_t *key,
+                                                uint32_t keyLength, const uint16_t *value, uint32_t valueLength);
 
 /** Frees an organization. @return 0, or 10 for a null pointer */
 BRIMLET_API uint32_t freeOrganization(FlatOrganization *organization);

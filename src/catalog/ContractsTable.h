@@ -37,8 +37,7 @@ inline constexpr auto tableOrder = // also that of upserts
     inOrder(id, number, contractor, name, status, date, description, extra, user);
 inline constexpr auto selectOrder = // contractor and user come through their joins
     inOrder(id, number, name, status, date, description, extra);
-inline constexpr auto documentOrder =
-    inOrder(id, number, name, status, date, description, extra, contractor, user);
+inline constexpr auto documentOrder = inOrder(id, number, name, status, date, description, extra, contractor, user);
 inline constexpr auto searchOrder = // the user cannot be searched for
     inOrder(id, number, contractor, name, status, date, description, extra);
 

@@ -7,12 +7,8 @@ namespace brimlet {
 
 void TableCatalog::prepareDeviceUsersTable(QSqlQuery &query) const
 {
-    prepare(query,
-            createTableText(deviceUsers.table, QStringList{keyDefinition(deviceUsers.deviceId.column)}
-                                                   + definitionsOf(deviceUsers, DeviceUserFields::tableOrder)
-                                                   + QStringList{primaryKeyDefinition(
-                                                       {deviceUsers.deviceId.column,
-                                                        deviceUsers.deviceUserId.column})}));
+    prepare(query, createTableText(deviceUsers, {deviceUsers.deviceId.column}, DeviceUserFields::tableOrder,
+                                   {deviceUsers.deviceId.column, deviceUsers.deviceUserId.column}));
 }
 
 void TableCatalog::prepareDeviceUsersInsert(QSqlQuery &query, const std::vector<Device> &records) const
@@ -53,10 +49,8 @@ DeviceUser TableCatalog::readDeviceUserRow(const QSqlQuery &query, const DeviceU
 
 void TableCatalog::prepareDeviceUserSectionLinksTable(QSqlQuery &query) const
 {
-    const DeviceUserSectionLinksTable &links = deviceUserSectionLinks;
-    prepare(query, createTableText(links.table, definitionsOf(links, DeviceUserSectionLinkFields::tableOrder)
-                                                    + QStringList{primaryKeyDefinition(columnsOf(
-                                                        links, DeviceUserSectionLinkFields::tableOrder))}));
+    prepare(query, createTableText(deviceUserSectionLinks, {}, DeviceUserSectionLinkFields::tableOrder,
+                                   columnsOf(deviceUserSectionLinks, DeviceUserSectionLinkFields::tableOrder)));
 }
 
 void TableCatalog::prepareDeviceUserSectionLinksInsert(QSqlQuery &query, const std::vector<Device> &records) const
@@ -99,8 +93,7 @@ DeviceUserLinkColumns::DeviceUserLinkColumns(const TableCatalog &tables, ResultC
 {
 }
 
-DeviceUserSectionLink TableCatalog::readDeviceUserLinkRow(const QSqlQuery &query,
-                                                          const DeviceUserLinkColumns &columns)
+DeviceUserSectionLink TableCatalog::readDeviceUserLinkRow(const QSqlQuery &query, const DeviceUserLinkColumns &columns)
 {
     return columns.read(query);
 }

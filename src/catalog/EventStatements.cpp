@@ -24,10 +24,10 @@ void TableCatalog::prepareEventsInsert(QSqlQuery &query, const std::vector<Event
 // is found by its id, and by nothing else.
 QString TableCatalog::prepareEventsSelect(bool innerDevices) const
 {
-    return selectText(columnsOf(events, EventFields::tableOrder)
-                          + QStringList{devices.account.column, sections.name.column, zones.name.column,
-                                        domains.name.column},
-                      events.table)
+    return selectText(
+               columnsOf(events, EventFields::tableOrder)
+                   + QStringList{devices.account.column, sections.name.column, zones.name.column, domains.name.column},
+               events.table)
          + QStringLiteral(" %1 JOIN %2 ON %3 = %4")
                .arg(innerDevices ? QStringLiteral("INNER") : QStringLiteral("LEFT"), devices.table,
                     events.deviceId.column, devices.id.column)
@@ -71,10 +71,10 @@ void TableCatalog::prepareEventExists(QSqlQuery &query, quint32 id) const
 
 void TableCatalog::prepareAffectFlagRemoval(QSqlQuery &query, quint32 id) const
 {
-    prepare(query,
-            QStringLiteral("UPDATE %1 SET %2 = 0 WHERE %3 = ?")
-                .arg(events.table, events.affect.column, events.id.column),
-            {id});
+    prepare(
+        query,
+        QStringLiteral("UPDATE %1 SET %2 = 0 WHERE %3 = ?").arg(events.table, events.affect.column, events.id.column),
+        {id});
 }
 
 void TableCatalog::prepareEventsDeleteBeforeDate(QSqlQuery &query, quint32 date) const

@@ -16,7 +16,8 @@ void TableCatalog::prepareOrganizationsInsert(QSqlQuery &query, const std::vecto
 
 void TableCatalog::prepareOrganizationUpsert(QSqlQuery &query, const Organization &organization) const
 {
-    prepareUpsert(query, organizations.table, presentColumns(organizations, organization, OrganizationFields::upsertOrder));
+    prepareUpsert(query, organizations.table,
+                  presentColumns(organizations, organization, OrganizationFields::upsertOrder));
 }
 
 QString TableCatalog::organizationsSelect() const
@@ -38,7 +39,8 @@ void TableCatalog::prepareOrganizationSelectById(QSqlQuery &query, quint32 id) c
     prepare(query, organizationsSelect() + where(organizations.id.column), {id});
 }
 
-void TableCatalog::prepareOrganizationsSelectByField(QSqlQuery &query, const QString &column, const QString &value) const
+void TableCatalog::prepareOrganizationsSelectByField(QSqlQuery &query, const QString &column,
+                                                     const QString &value) const
 {
     prepare(query, organizationsSelect() + where(column), {value});
 }

@@ -33,10 +33,8 @@ inline constexpr auto contact = mapped(&Organization::contact, &OrganizationsTab
 inline constexpr auto locale = mapped(&Organization::locale, &OrganizationsTable::localeId);
 inline constexpr auto address = mapped(&Organization::address, &OrganizationsTable::address);
 
-inline constexpr auto tableOrder =
-    inOrder(id, inn, officialName, shortName, kpp, ogrn, contact, locale, address);
-inline constexpr auto upsertOrder =
-    inOrder(id, inn, officialName, shortName, kpp, ogrn, address, contact, locale);
+inline constexpr auto tableOrder = inOrder(id, inn, officialName, shortName, kpp, ogrn, contact, locale, address);
+inline constexpr auto upsertOrder = inOrder(id, inn, officialName, shortName, kpp, ogrn, address, contact, locale);
 inline constexpr auto selectOrder = // locale and contact come through their joins
     inOrder(id, inn, officialName, shortName, kpp, ogrn, address);
 inline constexpr auto documentOrder = // the contact is an object of its own

@@ -5,16 +5,14 @@ namespace brimlet {
 
 void TableCatalog::prepareSectionsTable(QSqlQuery &query) const
 {
-    prepare(query, createTableText(sections.table, QStringList{keyDefinition(sections.deviceId.column)}
-                                                       + definitionsOf(sections, SectionFields::tableOrder)
-                                                       + QStringList{primaryKeyDefinition({sections.deviceId.column,
-                                                                                 sections.sectionId.column})}));
+    prepare(query, createTableText(sections, {sections.deviceId.column}, SectionFields::tableOrder,
+                                   {sections.deviceId.column, sections.sectionId.column}));
 }
 
 void TableCatalog::prepareSectionsInsert(QSqlQuery &query, const std::vector<Device> &records) const
 {
-    prepare(query, insertText(sections.table, QStringList{sections.deviceId.column}
-                                                  + columnsOf(sections, SectionFields::tableOrder)));
+    prepare(query, insertText(sections.table,
+                              QStringList{sections.deviceId.column} + columnsOf(sections, SectionFields::tableOrder)));
     auto batch = batchWithParents<1>(SectionFields::tableOrder);
     for (const Device &device : records)
         for (const Section &section : device.sections)
@@ -31,8 +29,7 @@ void TableCatalog::prepareSectionUpsert(QSqlQuery &query, const Section &section
 
 QString TableCatalog::sectionsSelect() const
 {
-    return selectText(columnsOf(sections, SectionFields::tableOrder), sections.table)
-         + where(sections.deviceId.column);
+    return selectText(columnsOf(sections, SectionFields::tableOrder), sections.table) + where(sections.deviceId.column);
 }
 
 void TableCatalog::prepareSectionSelectById(QSqlQuery &query, quint32 sectionId, quint32 deviceId) const
@@ -61,8 +58,7 @@ void TableCatalog::prepareSectionExists(QSqlQuery &query, quint32 deviceId, quin
 
 void TableCatalog::prepareSectionDelete(QSqlQuery &query, quint32 deviceId, quint32 sectionId) const
 {
-    prepare(query,
-            deleteText(sections.table) + where(sections.deviceId.column) + andWhere(sections.sectionId.column),
+    prepare(query, deleteText(sections.table) + where(sections.deviceId.column) + andWhere(sections.sectionId.column),
             {deviceId, sectionId});
 }
 

@@ -74,8 +74,7 @@ Site TableCatalog::readSiteRow(const QSqlQuery &query, const SiteColumns &column
     return site;
 }
 
-SiteLabelColumns::SiteLabelColumns(const TableCatalog &tables, ResultColumns &columns)
-    : RowPart(tables.sites, columns)
+SiteLabelColumns::SiteLabelColumns(const TableCatalog &tables, ResultColumns &columns) : RowPart(tables.sites, columns)
 {
 }
 

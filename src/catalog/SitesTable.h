@@ -56,7 +56,10 @@ struct SitesTable : Table
 namespace SiteFields {
 
 // Read as a number that is not 0, unlike every other flag.
-inline bool readNonZero(const QVariant &cell) { return cell.toUInt() != 0; }
+inline bool readNonZero(const QVariant &cell)
+{
+    return cell.toUInt() != 0;
+}
 
 inline constexpr auto id = mapped(&Site::id, &SitesTable::id);
 inline constexpr auto name = mapped(&Site::name, &SitesTable::name);
@@ -82,9 +85,8 @@ inline constexpr auto tableOrder = // also that of documents
 inline constexpr auto upsertOrder = // one column twice: by an embedded contract and by a contract's plain id
     inOrder(id, name, comment, extra, isCrossing, address, contract, contractStatus, type, category, armMode,
             isDelegated, domainId, contractId, isSitePlanExists);
-inline constexpr auto selectOrder =
-    inOrder(id, name, comment, extra, isCrossing, address, contractStatus, type, category, armMode, isDelegated,
-            domainId, contractId, isSitePlanExists);
+inline constexpr auto selectOrder = inOrder(id, name, comment, extra, isCrossing, address, contractStatus, type,
+                                            category, armMode, isDelegated, domainId, contractId, isSitePlanExists);
 inline constexpr auto searchOrder = // the plan cannot be searched for
     inOrder(id, name, comment, extra, isCrossing, domainId, address, contractId, contractStatus, type, category,
             armMode, isDelegated);

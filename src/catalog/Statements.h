@@ -13,7 +13,6 @@ namespace brimlet {
 
 // ---- Texts ----
 
-QString createTableText(const QString &table, const QStringList &definitions);
 // The two separators of the places and the two verbs that the store's inserts use.
 QString insertText(const QString &table, const QStringList &columns, const char *separator = ",",
                    const char *verb = "INSERT OR REPLACE");
@@ -24,6 +23,10 @@ QString andOn(const QString &column, const QString &joinedColumn); // one more c
 QString deleteText(const QString &table);
 QString where(const QString &column);
 QString andWhere(const QString &column);
+
+QString createTableText(const QString &table, const QStringList &definitions);
+QString keyDefinition(const QString &column);
+QString primaryKeyDefinition(const QStringList &columns);
 
 // The columns of a table as CREATE TABLE declares them.
 template<class Table, class List>
@@ -36,9 +39,6 @@ QStringList definitionsOf(const Table &table, const List &fields)
     return definitions;
 }
 
-QString keyDefinition(const QString &column);
-QString primaryKeyDefinition(const QStringList &columns);
-
 // A table whose one key is the id that its list of fields begins with.
 template<class Table, class List>
 QString createTableText(const Table &table, const List &fields)
@@ -46,6 +46,16 @@ QString createTableText(const Table &table, const List &fields)
     QStringList definitions = definitionsOf(table, fields);
     definitions.first() += QLatin1String(" PRIMARY KEY");
     return createTableText(table.table, definitions);
+}
+
+// A table with a key of several columns. Those of the parents, which the record does not hold, come first.
+template<class Table, class List>
+QString createTableText(const Table &table, const QStringList &parents, const List &fields, const QStringList &key)
+{
+    QStringList definitions;
+    for (const QString &parent : parents)
+        definitions << keyDefinition(parent);
+    return createTableText(table.table, definitions + definitionsOf(table, fields) << primaryKeyDefinition(key));
 }
 
 // ---- Batches ----

@@ -5,14 +5,21 @@
 #include <QString>
 #include <QVariant>
 #include <optional>
+#include <type_traits>
 
 namespace brimlet {
+
+template<class Value, class = void>
+constexpr bool isRecord = false;
+template<class Value>
+constexpr bool isRecord<Value, std::void_t<decltype(Value::id)>> = true;
 
 // An embedded record stands in its parent's row as a reference, its id. It is never read from that column: rows give
 // embedded records through a join.
 template<class Value>
 struct ValueKind
 {
+    static_assert(isRecord<Value>, "no rule for binding and reading a member of this type");
     static constexpr QVariant::Type type = QVariant::UInt;
     static constexpr const char *column = "UNSIGNED BIG INT";
     static QVariant bound(const Value &value) { return value.id; }

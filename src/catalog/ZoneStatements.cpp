@@ -5,12 +5,8 @@ namespace brimlet {
 
 void TableCatalog::prepareZonesTable(QSqlQuery &query) const
 {
-    prepare(query, createTableText(zones.table,
-                                   QStringList{keyDefinition(zones.deviceId.column),
-                                               keyDefinition(zones.sectionId.column)}
-                                       + definitionsOf(zones, ZoneFields::tableOrder)
-                                       + QStringList{primaryKeyDefinition(
-                                           {zones.deviceId.column, zones.zoneId.column})})); // not the section
+    prepare(query, createTableText(zones, {zones.deviceId.column, zones.sectionId.column}, ZoneFields::tableOrder,
+                                   {zones.deviceId.column, zones.zoneId.column})); // the section is no part of the key
 }
 
 void TableCatalog::prepareZonesInsert(QSqlQuery &query, const std::vector<Device> &records) const

@@ -13,7 +13,8 @@ bool SQLiteDatabase::updateContractor(std::optional<Contractor> &contractor)
 {
     begin();
     tables.prepareContractorUpsert(query, required(contractor));
-    return run("add or update contractor error") && readBack(contractor, &SQLiteDatabase::readContractorById) && commit();
+    return run("add or update contractor error") && readBack(contractor, &SQLiteDatabase::readContractorById)
+        && commit();
 }
 
 bool SQLiteDatabase::deleteContractor(quint32 id)
@@ -27,7 +28,8 @@ bool SQLiteDatabase::getContractor(std::optional<Contractor> &contractor, quint3
     return readContractorById(contractor, id) && commit();
 }
 
-bool SQLiteDatabase::getContractorsByField(std::vector<Contractor> &contractors, const QString &column, const QString &value)
+bool SQLiteDatabase::getContractorsByField(std::vector<Contractor> &contractors, const QString &column,
+                                           const QString &value)
 {
     begin();
     tables.prepareContractorsSelectByField(query, column, value);
@@ -38,7 +40,8 @@ bool SQLiteDatabase::getContractors(std::vector<Contractor> &contractors)
 {
     begin();
     tables.prepareContractorsSelect(query);
-    return readList(contractors, TableCatalog::readContractorRow, "get contractors by field error") && commit(); // kept on purpose
+    return readList(contractors, TableCatalog::readContractorRow, "get contractors by field error")
+        && commit(); // kept on purpose
 }
 
 bool SQLiteDatabase::readContractorById(std::optional<Contractor> &contractor, quint32 id)

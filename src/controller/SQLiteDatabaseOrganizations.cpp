@@ -43,7 +43,8 @@ bool SQLiteDatabase::getOrganization(std::optional<Organization> &organization, 
     return readOrganizationById(organization, id) && commit();
 }
 
-bool SQLiteDatabase::getOrganizationsByField(std::vector<Organization> &organizations, const QString &column, const QString &value)
+bool SQLiteDatabase::getOrganizationsByField(std::vector<Organization> &organizations, const QString &column,
+                                             const QString &value)
 {
     begin();
     tables.prepareOrganizationsSelectByField(query, column, value);

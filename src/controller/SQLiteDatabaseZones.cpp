@@ -6,8 +6,8 @@ bool SQLiteDatabase::updateZone(std::optional<Zone> &zone, quint32 deviceId, qui
 {
     begin();
     tables.prepareZoneUpsert(query, required(zone), deviceId, sectionId);
-    return run("add or update zone error")
-        && readBack(zone, &SQLiteDatabase::readZoneById, deviceId, sectionId) && commit();
+    return run("add or update zone error") && readBack(zone, &SQLiteDatabase::readZoneById, deviceId, sectionId)
+        && commit();
 }
 
 bool SQLiteDatabase::deleteZone(quint32 deviceId, quint32 sectionId, quint32 zoneId)

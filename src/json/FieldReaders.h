@@ -88,9 +88,8 @@ inline bool readField(std::optional<User> &field, const QJsonObject &object, con
 template<class Record, class Keys, class List>
 bool readFields(Record &record, const QJsonObject &object, const Keys &keys, const List &fields)
 {
-    return allFields(fields, [&](const auto &field) {
-        return readField(record.*field.member, object, keys.*field.desc);
-    });
+    return allFields(fields,
+                     [&](const auto &field) { return readField(record.*field.member, object, keys.*field.desc); });
 }
 
 } // namespace brimlet

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "catalog/ContractsTable.h"
-#include "catalog/DevicesTable.h"
 #include "catalog/DeviceUsersTable.h"
+#include "catalog/DevicesTable.h"
 #include "catalog/EventsTable.h"
 #include "catalog/OrganizationsTable.h"
 #include "catalog/SectionsTable.h"
