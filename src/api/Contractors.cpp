@@ -31,8 +31,8 @@ uint32_t getContractors(FlatContractor **contractors, uint32_t *count)
 uint32_t getContractorsWithParams(FlatContractor **contractors, uint32_t *count, const uint16_t *key,
                                   uint32_t keyLength, const uint16_t *value, uint32_t valueLength)
 {
-    return getRecords(contractors, count, &Controller::getContractorsWithParams, toString(key, keyLength),
-                      toString(value, valueLength));
+    return getRecordsByField(contractors, count, &Controller::getContractorsWithParams, key, keyLength, value,
+                             valueLength);
 }
 
 uint32_t freeContractor(FlatContractor *contractor)

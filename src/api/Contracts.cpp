@@ -31,8 +31,7 @@ uint32_t getContracts(FlatContract **contracts, uint32_t *count)
 uint32_t getContractsWithParams(FlatContract **contracts, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                                 const uint16_t *value, uint32_t valueLength)
 {
-    return getRecords(contracts, count, &Controller::getContractsWithParams, toString(key, keyLength),
-                      toString(value, valueLength));
+    return getRecordsByField(contracts, count, &Controller::getContractsWithParams, key, keyLength, value, valueLength);
 }
 
 uint32_t freeContract(FlatContract *contract)

@@ -6,7 +6,7 @@ using namespace brimlet;
 uint32_t addDevice(const uint16_t *json, uint32_t length)
 {
     std::optional<Device> device;
-    if (const BrimletResult refused = readOneRecord(device, toString(json, length), fillDevice))
+    if (const BrimletResult refused = readOneRecord(toString(json, length), device, fillDevice))
         return refused;
     return g_controller->addDevice(device); // the device as stored stays inside
 }
@@ -39,8 +39,7 @@ uint32_t getDevices(FlatDevice **devices, uint32_t *count)
 uint32_t getDevicesWithParams(FlatDevice **devices, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                               const uint16_t *value, uint32_t valueLength)
 {
-    return getRecords(devices, count, &Controller::getDevicesWithParams, toString(key, keyLength),
-                      toString(value, valueLength));
+    return getRecordsByField(devices, count, &Controller::getDevicesWithParams, key, keyLength, value, valueLength);
 }
 
 uint32_t freeDevice(FlatDevice *device)

@@ -31,8 +31,7 @@ uint32_t getDomains(FlatDomain **domains, uint32_t *count)
 uint32_t getDomainsWithParams(FlatDomain **domains, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                               const uint16_t *value, uint32_t valueLength)
 {
-    return getRecords(domains, count, &Controller::getDomainsWithParams, toString(key, keyLength),
-                      toString(value, valueLength));
+    return getRecordsByField(domains, count, &Controller::getDomainsWithParams, key, keyLength, value, valueLength);
 }
 
 uint32_t freeDomain(FlatDomain *domain)

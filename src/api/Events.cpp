@@ -12,7 +12,7 @@ uint32_t addEvents(FlatEvent **events, uint32_t *count, const uint16_t *json, ui
 {
     // No guard, on purpose: what the target holds is overwritten.
     std::vector<Event> records;
-    if (const BrimletResult refused = readBatch(records, toString(json, length), fillEvent))
+    if (const BrimletResult refused = readBatch(toString(json, length), records, fillEvent))
         return refused;
     if (const BrimletResult failed = g_controller->addEvents(records))
         return failed;
@@ -33,7 +33,7 @@ uint32_t removeAffectFlag(FlatEvent **event, const uint16_t *json, uint32_t leng
 {
     // No guard, on purpose: a block that the target holds is released on success.
     quint32 id = 0;
-    if (const BrimletResult refused = readBareId(id, toString(json, length), EventsTable().id.fieldKeys.third))
+    if (const BrimletResult refused = readBareId(toString(json, length), EventsTable().id.fieldKeys.third, id))
         return refused;
     std::optional<Event> record;
     if (const BrimletResult failed = g_controller->removeAffectFlag(record, id))

@@ -45,7 +45,7 @@ uint32_t addRecords(const uint16_t *text, uint32_t length, ObjectReader<Record, 
                     BrimletResult (Controller::*add)(const std::vector<Record> &))
 {
     std::vector<Record> records;
-    if (const BrimletResult refused = readBatch(records, toString(text, length), fill))
+    if (const BrimletResult refused = readBatch(toString(text, length), records, fill))
         return refused;
     return (g_controller->*add)(records);
 }
@@ -56,7 +56,7 @@ uint32_t updateRecord(FlatOf<Record> **out, const QString &text, ObjectReader<Re
                       BrimletResult (Controller::*update)(std::optional<Record> &, Parents...), Parents... parents)
 {
     std::optional<Record> record;
-    if (const BrimletResult refused = readOneRecord(record, text, fill))
+    if (const BrimletResult refused = readOneRecord(text, record, fill))
         return refused;
     if (const BrimletResult failed = (g_controller->*update)(record, parents...))
         return failed;
@@ -76,7 +76,7 @@ inline uint32_t deleteRecord(const uint16_t *text, uint32_t length, const QStrin
                              BrimletResult (Controller::*remove)(quint32))
 {
     quint32 id = 0;
-    if (const BrimletResult refused = readBareId(id, toString(text, length), key))
+    if (const BrimletResult refused = readBareId(toString(text, length), key, id))
         return refused;
     return (g_controller->*remove)(id);
 }
@@ -104,6 +104,19 @@ uint32_t getRecords(FlatOf<Record> **out, uint32_t *count,
     if (const BrimletResult failed = (g_controller->*get)(records, values...))
         return failed;
     return putOut(out, count, records);
+}
+
+// The texts are looked at behind the guard.
+template<class Record, class... Parents>
+uint32_t getRecordsByField(FlatOf<Record> **out, uint32_t *count,
+                           BrimletResult (Controller::*get)(std::vector<Record> &, const QString &, const QString &,
+                                                            Parents...),
+                           const uint16_t *key, uint32_t keyLength, const uint16_t *value, uint32_t valueLength,
+                           Parents... parents)
+{
+    if (*out)
+        return BRIMLET_REFUSED;
+    return getRecords(out, count, get, toString(key, keyLength), toString(value, valueLength), parents...);
 }
 
 // ---- Release ----

@@ -21,8 +21,7 @@ uint32_t getLocales(FlatLocale **locales, uint32_t *count)
 uint32_t getLocalesWithParams(FlatLocale **locales, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                               const uint16_t *value, uint32_t valueLength)
 {
-    return getRecords(locales, count, &Controller::getLocalesWithParams, toString(key, keyLength),
-                      toString(value, valueLength));
+    return getRecordsByField(locales, count, &Controller::getLocalesWithParams, key, keyLength, value, valueLength);
 }
 
 uint32_t freeLocale(FlatLocale *locale)

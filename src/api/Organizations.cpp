@@ -31,8 +31,8 @@ uint32_t getOrganizations(FlatOrganization **organizations, uint32_t *count)
 uint32_t getOrganizationsWithParams(FlatOrganization **organizations, uint32_t *count, const uint16_t *key,
                                     uint32_t keyLength, const uint16_t *value, uint32_t valueLength)
 {
-    return getRecords(organizations, count, &Controller::getOrganizationsWithParams, toString(key, keyLength),
-                      toString(value, valueLength));
+    return getRecordsByField(organizations, count, &Controller::getOrganizationsWithParams, key, keyLength, value,
+                             valueLength);
 }
 
 uint32_t freeOrganization(FlatOrganization *organization)

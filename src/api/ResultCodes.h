@@ -9,7 +9,8 @@
 enum BrimletResult {
     BRIMLET_DONE = 0,         /**< Done. */
     BRIMLET_NO_BLOCK = 3,     /**< A list was read, but no block for it could be had. */
-    BRIMLET_INCOMPLETE = 5,   /**< The text is a JSON object, but a required member is missing or has a wrong type. */
+    BRIMLET_INCOMPLETE = 5,   /**< The text is a JSON object, but a required member or the envelope is missing, or some
+                                   member has a wrong type. */
     BRIMLET_READ_FAILED = 7,  /**< The store could not be read. */
     BRIMLET_NOT_FOUND = 8,    /**< The store was read and holds nothing that fits. */
     BRIMLET_WRITE_FAILED = 9, /**< The store could not be written; it is as it was before the call. */
@@ -19,16 +20,18 @@ enum BrimletResult {
     BRIMLET_NO_RECORD = 255   /**< A record was promised and is not there. A safeguard that no input reaches. */
 };
 
-/** The answer of getLaunchCacheResult. After 101, 102 and 103 the store has no tables: every read answers 7 and every
-    write 9 until the client removes the file while the library is not running, and launches again. */
+/** The answer of getLaunchCacheResult. Replaced means: by a file without tables. After 6, 101, 102 and 103 every read
+    answers 7, every removal too, since it reads first, and every other write 9, in this launch and in the next ones,
+    until the client removes the file while the library is not running, and launches again. */
 enum BrimletLaunchResult {
     BRIMLET_LAUNCH_OPENED = 0,                /**< The file was there and passed its checks. */
     BRIMLET_LAUNCH_FAILED = 6,                /**< The file could not be created or replaced. */
     BRIMLET_LAUNCH_CREATED = 100,             /**< There was no file; it was created with all its tables. */
     BRIMLET_LAUNCH_REPLACED_SCHEMA = 101,     /**< The version was right, a table or column was missing: replaced. */
     BRIMLET_LAUNCH_REPLACED_UNREADABLE = 102, /**< The file would not open: replaced. */
-    BRIMLET_LAUNCH_REPLACED_VERSION = 103,    /**< The version was wrong or missing: replaced. */
-    BRIMLET_LAUNCH_NONE = 255                 /**< Nothing is launched, or its launch is not finished. */
+    BRIMLET_LAUNCH_REPLACED_VERSION =
+        103,                  /**< The version was wrong or missing, or the file is no database: replaced. */
+    BRIMLET_LAUNCH_NONE = 255 /**< Nothing is launched, or its launch is not finished. */
 };
 
 /** The answer of getState. */

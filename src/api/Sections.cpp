@@ -9,7 +9,7 @@ uint32_t updateSection(FlatSection **section, const uint16_t *json, uint32_t len
         return BRIMLET_REFUSED;
     const QString text = toString(json, length);
     quint32 deviceId = 0;
-    if (const BrimletResult refused = readBareId(deviceId, text, SectionsTable().deviceId.fieldKeys.second))
+    if (const BrimletResult refused = readBareId(text, SectionsTable().deviceId.fieldKeys.second, deviceId))
         return refused;
     return updateRecord(section, text, fillSection, &Controller::updateSection, deviceId);
 }
@@ -19,10 +19,10 @@ uint32_t deleteSection(const uint16_t *json, uint32_t length)
     const QString text = toString(json, length);
     const SectionsTable keys;
     quint32 deviceId = 0;
-    if (const BrimletResult refused = readBareId(deviceId, text, keys.deviceId.fieldKeys.second))
+    if (const BrimletResult refused = readBareId(text, keys.deviceId.fieldKeys.second, deviceId))
         return refused;
     quint32 sectionId = 0;
-    if (const BrimletResult refused = readBareId(sectionId, text, keys.sectionId.fieldKeys.second))
+    if (const BrimletResult refused = readBareId(text, keys.sectionId.fieldKeys.second, sectionId))
         return refused;
     return g_controller->deleteSection(sectionId, deviceId);
 }
@@ -40,8 +40,8 @@ uint32_t getSections(FlatSection **sections, uint32_t *count, uint32_t deviceId)
 uint32_t getSectionsWithParams(FlatSection **sections, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                                const uint16_t *value, uint32_t valueLength, uint32_t deviceId)
 {
-    return getRecords(sections, count, &Controller::getSectionsWithParams, toString(key, keyLength),
-                      toString(value, valueLength), deviceId);
+    return getRecordsByField(sections, count, &Controller::getSectionsWithParams, key, keyLength, value, valueLength,
+                             deviceId);
 }
 
 uint32_t freeSection(FlatSection *section)

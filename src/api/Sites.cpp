@@ -31,8 +31,7 @@ uint32_t getSites(FlatSite **sites, uint32_t *count)
 uint32_t getSitesWithParams(FlatSite **sites, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                             const uint16_t *value, uint32_t valueLength)
 {
-    return getRecords(sites, count, &Controller::getSitesWithParams, toString(key, keyLength),
-                      toString(value, valueLength));
+    return getRecordsByField(sites, count, &Controller::getSitesWithParams, key, keyLength, value, valueLength);
 }
 
 uint32_t getSiteNameAndAddress(uint16_t **name, uint16_t **address, uint32_t id)

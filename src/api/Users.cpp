@@ -31,8 +31,7 @@ uint32_t getUsers(FlatUser **users, uint32_t *count)
 uint32_t getUsersWithParams(FlatUser **users, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                             const uint16_t *value, uint32_t valueLength)
 {
-    return getRecords(users, count, &Controller::getUsersWithParams, toString(key, keyLength),
-                      toString(value, valueLength));
+    return getRecordsByField(users, count, &Controller::getUsersWithParams, key, keyLength, value, valueLength);
 }
 
 uint32_t freeUser(FlatUser *user)

@@ -9,9 +9,9 @@ namespace {
 BrimletResult readParents(quint32 &deviceId, quint32 &sectionId, const QString &text)
 {
     const ZonesTable keys;
-    if (const BrimletResult refused = readBareId(deviceId, text, keys.deviceId.fieldKeys.second))
+    if (const BrimletResult refused = readBareId(text, keys.deviceId.fieldKeys.second, deviceId))
         return refused;
-    return readBareId(sectionId, text, keys.sectionId.fieldKeys.second);
+    return readBareId(text, keys.sectionId.fieldKeys.second, sectionId);
 }
 
 } // namespace
@@ -36,7 +36,7 @@ uint32_t deleteZone(const uint16_t *json, uint32_t length)
     if (const BrimletResult refused = readParents(deviceId, sectionId, text))
         return refused;
     quint32 zoneId = 0;
-    if (const BrimletResult refused = readBareId(zoneId, text, ZonesTable().zoneId.fieldKeys.second))
+    if (const BrimletResult refused = readBareId(text, ZonesTable().zoneId.fieldKeys.second, zoneId))
         return refused;
     return g_controller->deleteZone(zoneId, deviceId, sectionId);
 }
@@ -59,16 +59,16 @@ uint32_t getZonesForSection(FlatZone **zones, uint32_t *count, uint32_t deviceId
 uint32_t getZonesWithParams(FlatZone **zones, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                             const uint16_t *value, uint32_t valueLength, uint32_t deviceId)
 {
-    return getRecords(zones, count, &Controller::getZonesWithParams, toString(key, keyLength),
-                      toString(value, valueLength), deviceId);
+    return getRecordsByField(zones, count, &Controller::getZonesWithParams, key, keyLength, value, valueLength,
+                             deviceId);
 }
 
 uint32_t getZonesForSectionWithParams(FlatZone **zones, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                                       const uint16_t *value, uint32_t valueLength, uint32_t deviceId,
                                       uint32_t sectionId)
 {
-    return getRecords(zones, count, &Controller::getZonesForSectionWithParams, toString(key, keyLength),
-                      toString(value, valueLength), deviceId, sectionId);
+    return getRecordsByField(zones, count, &Controller::getZonesForSectionWithParams, key, keyLength, value,
+                             valueLength, deviceId, sectionId);
 }
 
 uint32_t freeZone(FlatZone *zone)

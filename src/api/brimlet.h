@@ -5,18 +5,23 @@
  *
  * Conventions, which hold for every function below unless it says otherwise:
  *
- * 1. **Text in** is a pointer to UTF-16 code units and their count in units, not bytes; no terminator is needed.
+ * 1. **Text in** is a pointer to UTF-16 code units and their count in units, not bytes; no terminator is needed. A byte
+ *    order mark at its start is obeyed and dropped.
  *    Texts named `json` hold a JSON object whose member "D" is the payload, in one of three forms:
  *    - batch: `{"D":{"items":[{...},{...}]}}`
  *    - one record: `{"D":{...}}`, the members of the record standing in "D" itself
- *    - bare id: `{"D":{"op_id":7}}`, nothing but the key that the function names
+ *    - bare id: `{"D":{"op_id":7}}`, with the keys that the function names; a value of any other type than number
+ *      reads as 0
  *
- *    Unknown members are ignored. A member that may be left out must not be null: null is a wrong type. Numbers are
- *    read as doubles; ids and other unsigned numbers drop the fraction and keep the low 32 bits. A flag is true for a
- *    whole number other than 0 and false for everything else it accepts, `true` included.
- * 2. **Adding replaces**: a row of the same id is overwritten whole, and what the document leaves out becomes absent.
- *    **Updating merges**: what the document leaves out stays, a new id makes a new row, and the row as it is stored
- *    then comes back. A batch goes in whole or not at all.
+ *    Unknown members are ignored. A member that may be left out must not be null: null is a wrong type, but for nested
+ *    arrays and the objects "contact" and "location", where every other type reads as empty. Numbers are
+ *    read as doubles; ids and other unsigned numbers drop the fraction and keep the low 32 bits; a number that is
+ *    called whole reads as 0 where it has a fraction or does not fit a signed 32-bit number. A flag takes a number or
+ *    a boolean: it is true for a whole signed 32-bit number other than 0 and false for the rest, `true` included. The
+ * library gives its numbers no unit: of times and dates it compares an event's "time", and reads nothing into them.
+ * 2. **Adding replaces**: a row of the same id is overwritten whole, and what the document leaves out becomes absent;
+ *    rows of other tables that it leaves out stay. **Updating merges**: what the document leaves out stays, a new id
+ *    makes a new row, and the row as it is stored then comes back. A batch goes in whole or not at all.
  * 3. **Results out** go through a pointer to a pointer, which must hold null on entry; else the function answers
  *    BRIMLET_REFUSED before it looks at anything else. On any answer but BRIMLET_DONE it is left as it was, and so is
  *    a count. The out-pointers themselves must not be null.
@@ -62,7 +67,7 @@ extern "C" {
  * Runs the library on the calling thread, and returns when exitCache has been called. Opens or creates the file
  * "CacheDb" in the working directory; poll getState to learn when that is done, then ask getLaunchCacheResult how it
  * went. A failed launch does not return either. Call it once at a time; after it has returned it may be called again,
- * on any thread.
+ * on any thread. It makes the process's one QCoreApplication: a client that has one of its own cannot use it.
  * @return 0
  */
 BRIMLET_API int32_t launchCache(void);
@@ -158,7 +163,7 @@ BRIMLET_API uint32_t freeDomainsArray(FlatDomain *domains, uint32_t count);
 
 /* ---- Users -----------------------------------------------------------------------------------------------------
  * JSON: "id" number, required; "name", "login", "contacts" text; "active" flag; "domain", "org", "roles" number;
- * "phone" number, up to 64 bits as far as a double carries it. Searchable: all nine.
+ * "phone" number, exact up to 2^53 and, from there to 2^63, as far as a double carries it. Searchable: all nine.
  */
 
 /** Adds users. @param json batch @param length its length in UTF-16 units @return 0, 5, 9, 10 */
@@ -413,8 +418,8 @@ BRIMLET_API uint32_t freeZonesArray(FlatZone *zones, uint32_t count);
 /* ---- Sites -----------------------------------------------------------------------------------------------------
  * JSON: "id" number, required; "name", "comment", "extra", "address_text" text; "is_crossing", "delegated",
  * "site_plan" flag; "domain", "type", "category", "arm_mode" number; "contract_id", "contract_status" whole signed
- * number; "location" object with "lat" and "lon"; "devices" array of devices. Searchable: all but "site_plan",
- * "location" and "devices".
+ * number; "location" object with "lat" and "lon", of which what is no number reads as 0; "devices" array of devices. A
+ * "location" that is empty or no object means none. Searchable: all but "site_plan", "location" and "devices".
  */
 
 /** Adds sites with their locations, and their devices as addDevices does. The store keeps no link between a site and
@@ -458,7 +463,8 @@ BRIMLET_API uint32_t freeSitesArray(FlatSite *sites, uint32_t count);
  */
 
 /** Adds an event. @param[out] event as stored, with the names of its equipment, free with freeEvent
-    @param json one record @return 0, 5, 8, 9, 10, 255 */
+    @param json one record @return 0, 5, 8, 9, 10, 255; with 8 the index of events could not be made and the event is
+    not stored */
 BRIMLET_API uint32_t addEvent(FlatEvent **event, const uint16_t *json, uint32_t length);
 
 /**
@@ -467,7 +473,8 @@ BRIMLET_API uint32_t addEvent(FlatEvent **event, const uint16_t *json, uint32_t 
  *             entry is not looked at, it is overwritten on success
  * @param[out] count how many
  * @param json batch
- * @return 0, 3, 5, 8, 9, 10; 8 where no device of the batch is known, the events are stored all the same
+ * @return 0, 3, 5, 8, 9, 10; with 8 no device of the batch is known, and the events are stored all the same; or, as
+ *         with addEvent, the index of events could not be made, and they are not
  */
 BRIMLET_API uint32_t addEvents(FlatEvent **events, uint32_t *count, const uint16_t *json, uint32_t length);
 

@@ -31,7 +31,7 @@ inline constexpr auto clusterId = mapped(&Device::clusterId, &DevicesTable::clus
 inline constexpr auto tableOrder = // also that of documents
     inOrder(id, account, domainId, configVersion, isParted, clusterId);
 inline constexpr auto selectOrder = inOrder(id, account, configVersion, isParted, clusterId, domainId);
-inline constexpr auto searchOrder = // kept on purpose: the cluster cannot be searched for, its entry asks for "parted"
+inline constexpr auto searchOrder = // kept on purpose: the cluster cannot be searched for
     inOrder(id, account, domainId, configVersion, isParted);
 
 } // namespace DeviceFields

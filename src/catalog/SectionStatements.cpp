@@ -29,23 +29,28 @@ void TableCatalog::prepareSectionUpsert(QSqlQuery &query, const Section &section
 
 QString TableCatalog::sectionsSelect() const
 {
-    return selectText(columnsOf(sections, SectionFields::tableOrder), sections.table) + where(sections.deviceId.column);
+    return selectText(columnsOf(sections, SectionFields::tableOrder), sections.table);
+}
+
+QString TableCatalog::sectionsOfDeviceSelect() const
+{
+    return sectionsSelect() + where(sections.deviceId.column);
 }
 
 void TableCatalog::prepareSectionSelectById(QSqlQuery &query, quint32 sectionId, quint32 deviceId) const
 {
-    prepare(query, sectionsSelect() + andWhere(sections.sectionId.column), {deviceId, sectionId});
+    prepare(query, sectionsOfDeviceSelect() + andWhere(sections.sectionId.column), {deviceId, sectionId});
 }
 
 void TableCatalog::prepareSectionsOfDeviceSelect(QSqlQuery &query, quint32 deviceId) const
 {
-    prepare(query, sectionsSelect(), {deviceId});
+    prepare(query, sectionsOfDeviceSelect(), {deviceId});
 }
 
 void TableCatalog::prepareSectionsSelectByField(QSqlQuery &query, const QString &column, const QString &value,
                                                 quint32 deviceId) const
 {
-    prepare(query, sectionsSelect() + andWhere(column), {deviceId, value});
+    prepare(query, sectionsOfDeviceSelect() + andWhere(column), {deviceId, value});
 }
 
 void TableCatalog::prepareSectionExists(QSqlQuery &query, quint32 deviceId, quint32 sectionId) const

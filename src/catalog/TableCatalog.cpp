@@ -17,8 +17,7 @@ void TableCatalog::prepareClear(QSqlQuery &query, const QString &table) const
 void TableCatalog::prepare(QSqlQuery &query, const QString &text, std::initializer_list<QVariant> values) const
 {
     if (!isPreparedInOperation || query.lastQuery() != text)
-        query.prepare(text); // a failure shows, and is logged, when the statement runs
-    isPreparedInOperation = true;
+        isPreparedInOperation = query.prepare(text); // a failure shows, and is logged, when the statement runs
     int place = 0;
     for (const QVariant &value : values)
         query.bindValue(place++, value);

@@ -212,6 +212,7 @@ private:
     QString zonesOfDeviceSelect() const;
     QString zonesOfSectionSelect() const;
     QString sectionsSelect() const;
+    QString sectionsOfDeviceSelect() const;
     QString devicesSelect() const;
     QString sitesSelect() const;
     QString prepareEventsSelect(bool innerDevices) const;

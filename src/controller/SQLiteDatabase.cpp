@@ -173,6 +173,7 @@ bool SQLiteDatabase::fail(const char *error)
     log(error);
     logLastError();
     database.rollback();
+    tables.startOperation(); // a reader that goes on prepares anew
     return false;
 }
 

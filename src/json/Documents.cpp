@@ -13,7 +13,7 @@ const QLatin1String itemsKey("items");
 
 } // namespace
 
-BrimletResult openEnvelope(QJsonObject &payload, const QString &text)
+BrimletResult openEnvelope(const QString &text, QJsonObject &payload)
 {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8(), &error);
@@ -26,10 +26,10 @@ BrimletResult openEnvelope(QJsonObject &payload, const QString &text)
     return BRIMLET_DONE;
 }
 
-BrimletResult openItems(QJsonArray &items, const QString &text)
+BrimletResult openItems(const QString &text, QJsonArray &items)
 {
     QJsonObject payload;
-    if (const BrimletResult opened = openEnvelope(payload, text))
+    if (const BrimletResult opened = openEnvelope(text, payload))
         return opened;
     const QJsonValue value = payload.value(itemsKey);
     if (!value.isArray())
@@ -38,10 +38,10 @@ BrimletResult openItems(QJsonArray &items, const QString &text)
     return items.isEmpty() ? BRIMLET_REFUSED : BRIMLET_DONE;
 }
 
-BrimletResult readBareId(quint32 &id, const QString &text, const QString &key)
+BrimletResult readBareId(const QString &text, const QString &key, quint32 &id)
 {
     QJsonObject payload;
-    if (const BrimletResult opened = openEnvelope(payload, text))
+    if (const BrimletResult opened = openEnvelope(text, payload))
         return opened;
     const auto member = payload.constFind(key);
     if (member == payload.constEnd())

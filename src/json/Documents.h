@@ -8,30 +8,30 @@
 namespace brimlet {
 
 // {"D":{...}}: the object under "D".
-BrimletResult openEnvelope(QJsonObject &payload, const QString &text);
+BrimletResult openEnvelope(const QString &text, QJsonObject &payload);
 
 // {"D":{"items":[...]}}: the array, which is not empty.
-BrimletResult openItems(QJsonArray &items, const QString &text);
+BrimletResult openItems(const QString &text, QJsonArray &items);
 
 // {"D":{"op_id":7}}: a value of any type under the key; what is no number reads as 0.
-BrimletResult readBareId(quint32 &id, const QString &text, const QString &key);
+BrimletResult readBareId(const QString &text, const QString &key, quint32 &id);
 
 // {"D":{"items":[{...},{...}]}}. On failure the records before the refused one stand in the list.
 template<class Record, class Keys>
-BrimletResult readBatch(std::vector<Record> &records, const QString &text, ObjectReader<Record, Keys> fill)
+BrimletResult readBatch(const QString &text, std::vector<Record> &records, ObjectReader<Record, Keys> fill)
 {
     QJsonArray items;
-    if (const BrimletResult opened = openItems(items, text))
+    if (const BrimletResult opened = openItems(text, items))
         return opened;
     return readObjects(records, items, fill, Keys()) ? BRIMLET_DONE : BRIMLET_INCOMPLETE;
 }
 
 // {"D":{...}}, the record standing in "D" itself.
 template<class Record, class Keys>
-BrimletResult readOneRecord(std::optional<Record> &record, const QString &text, ObjectReader<Record, Keys> fill)
+BrimletResult readOneRecord(const QString &text, std::optional<Record> &record, ObjectReader<Record, Keys> fill)
 {
     QJsonObject payload;
-    if (const BrimletResult opened = openEnvelope(payload, text))
+    if (const BrimletResult opened = openEnvelope(text, payload))
         return opened;
     Record read;
     if (!fill(read, payload, Keys()))

@@ -5,7 +5,10 @@ namespace {
 using namespace brimlet::test;
 using Rows = std::vector<Row>;
 
-std::string batch(const std::string &events) { return R"({"D":{"items":[)" + events + "]}}"; }
+std::string batch(const std::string &events)
+{
+    return R"({"D":{"items":[)" + events + "]}}";
+}
 
 class AffectFlags : public StoreTest
 {

@@ -16,7 +16,10 @@ using Pairs = std::vector<std::pair<std::string, std::string>>;
 constexpr char acme[] =
     R"({"id":4,"inn":"7701","org_id":2,"type":1,"off_name":"Acme Limited","name":"Acme","extra":"note"})";
 
-std::string one(const std::string &object) { return R"({"D":)" + object + "}"; }
+std::string one(const std::string &object)
+{
+    return R"({"D":)" + object + "}";
+}
 
 std::string batch(const std::string &objects, const std::string &more = "")
 {
@@ -46,7 +49,7 @@ protected:
         for (const char *column : {"ContractorsId", "ContractorsInn", "ContractorsOrgId", "ContractorsType",
                                    "ContractorsOfficialName", "ContractorsName", "ContractorsExtra"})
             sql += "CREATE TRIGGER Watch" + std::string(column) + " AFTER UPDATE OF " + column
-                   + " ON Contractors BEGIN INSERT INTO Assigned VALUES ('" + column + "'); END;";
+                 + " ON Contractors BEGIN INSERT INTO Assigned VALUES ('" + column + "'); END;";
         foreign(sql);
     }
 

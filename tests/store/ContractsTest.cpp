@@ -16,7 +16,10 @@ using Pairs = std::vector<std::pair<std::string, std::string>>;
 constexpr char lease[] = R"({"id":11,"number":"A-1","c_name":"Lease","status":1,"date":100,)"
                          R"("description":"three rooms","extra":"note","contractor_id":4,"operator_id":7})";
 
-std::string one(const std::string &object) { return R"({"D":)" + object + "}"; }
+std::string one(const std::string &object)
+{
+    return R"({"D":)" + object + "}";
+}
 
 std::string batch(const std::string &objects, const std::string &more = "")
 {
@@ -58,7 +61,7 @@ protected:
              {"ContractsId", "ContractsNumber", "ContractsContractorId", "ContractsName", "ContractsStatus",
               "ContractsDate", "ContractsDescription", "ContractsExtra", "ContractsUserId"})
             sql += "CREATE TRIGGER Watch" + std::string(column) + " AFTER UPDATE OF " + column
-                   + " ON Contracts BEGIN INSERT INTO Assigned VALUES ('" + column + "'); END;";
+                 + " ON Contracts BEGIN INSERT INTO Assigned VALUES ('" + column + "'); END;";
         foreign(sql);
     }
 

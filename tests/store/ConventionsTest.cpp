@@ -47,13 +47,13 @@ protected:
 
 // ---- Blocks as the library makes them ----
 
-template <class T>
+template<class T>
 T *zeroed(size_t count = 1)
 {
     return static_cast<T *>(std::calloc(count, sizeof(T)));
 }
 
-template <class T>
+template<class T>
 T *block(T value)
 {
     T *made = zeroed<T>();
@@ -69,19 +69,35 @@ uint16_t *text(const std::string &utf8)
     return made;
 }
 
-const uint16_t *units(const std::u16string &text) { return reinterpret_cast<const uint16_t *>(text.data()); }
+const uint16_t *units(const std::u16string &text)
+{
+    return reinterpret_cast<const uint16_t *>(text.data());
+}
 
-uint32_t length(const std::u16string &text) { return static_cast<uint32_t>(text.size()); }
+uint32_t length(const std::u16string &text)
+{
+    return static_cast<uint32_t>(text.size());
+}
 
 // ---- The families ----
 
-// A target that is not null is refused, whatever else is passed, and stays.
-template <class Out, class... Arguments>
+// An argument that nobody may look at: a pointer to where nothing is, a number that is no 0.
+template<class Argument>
+Argument unusable()
+{
+    if constexpr (std::is_pointer_v<Argument>)
+        return reinterpret_cast<Argument>(uintptr_t{16});
+    else
+        return Argument{4};
+}
+
+// A target that is not null is refused before anything else is looked at, and stays.
+template<class Out, class... Arguments>
 void expectGuard(const char *name, uint32_t (*function)(Out **, Arguments...))
 {
     Out held{};
     Out *out = &held;
-    EXPECT_EQ(function(&out, Arguments()...), 10u) << name;
+    EXPECT_EQ(function(&out, unusable<Arguments>()...), 10u) << name;
     EXPECT_EQ(out, &held) << name;
 }
 
@@ -141,7 +157,7 @@ struct Reader
     std::function<uint32_t(const uint16_t *, uint32_t)> call;
 };
 
-template <class Flat>
+template<class Flat>
 Reader reader(const char *name, uint32_t (*function)(Flat **, const uint16_t *, uint32_t))
 {
     return {name, [=](const uint16_t *json, uint32_t count) {
@@ -232,7 +248,7 @@ void expectRefusals()
         expectEach(batchReaders(), json, 5);
 }
 
-template <class Flat>
+template<class Flat>
 void expectFree(uint32_t (*one)(Flat *), uint32_t (*array)(Flat *, uint32_t))
 {
     Flat held{};
@@ -262,7 +278,7 @@ void expectFrees()
 }
 
 // A list that is not there: the code, and both targets as they were.
-template <class Flat, class... Keys>
+template<class Flat, class... Keys>
 void expectNoList(const char *name, uint32_t code, uint32_t (*function)(Flat **, uint32_t *, Keys...), Keys... keys)
 {
     Flat *out = nullptr;
@@ -272,7 +288,7 @@ void expectNoList(const char *name, uint32_t code, uint32_t (*function)(Flat **,
     EXPECT_EQ(count, 77u) << name;
 }
 
-template <class Flat, class... Keys, class... Parents>
+template<class Flat, class... Keys, class... Parents>
 void expectNoneBy(const char *name, uint32_t code, const std::string &key,
                   uint32_t (*function)(Flat **, uint32_t *, const uint16_t *, uint32_t, const uint16_t *, uint32_t,
                                        Keys...),
@@ -488,11 +504,7 @@ void keep(QtMsgType type, const QMessageLogContext &context, const QString &text
 class MessageLook
 {
 public:
-    MessageLook()
-        : before(qInstallMessageHandler(keep))
-    {
-        messages.clear();
-    }
+    MessageLook() : before(qInstallMessageHandler(keep)) { messages.clear(); }
     ~MessageLook() { qInstallMessageHandler(before); }
     MessageLook(const MessageLook &) = delete;
     MessageLook &operator=(const MessageLook &) = delete;
@@ -505,8 +517,7 @@ private:
 class FileLimit
 {
 public:
-    explicit FileLimit(rlim_t bytes)
-        : handler(std::signal(SIGXFSZ, SIG_IGN))
+    explicit FileLimit(rlim_t bytes) : handler(std::signal(SIGXFSZ, SIG_IGN))
     {
         getrlimit(RLIMIT_FSIZE, &before);
         const rlimit limit{bytes, before.rlim_max};
@@ -544,7 +555,10 @@ TEST_F(WithoutLaunch, BothTargetsOfTheSiteTextsAreLookedAt)
     EXPECT_EQ(target, &held);
 }
 
-TEST_F(Conventions, ATargetThatIsNotNullIsRefusedWhileLaunched) { expectGuards(); }
+TEST_F(Conventions, ATargetThatIsNotNullIsRefusedWhileLaunched)
+{
+    expectGuards();
+}
 
 TEST_F(Conventions, ATargetThatIsNotNullIsRefusedAfterTheExit)
 {
@@ -813,9 +827,15 @@ TEST_F(Conventions, AnUpdateGivesTheRowAsStored)
 
 // ---- Nothing there ----
 
-TEST_F(Conventions, AnEmptyTableIsNoList) { expectNoLists(8); }
+TEST_F(Conventions, AnEmptyTableIsNoList)
+{
+    expectNoLists(8);
+}
 
-TEST_F(Conventions, NoMatchIsNoList) { expectNoneBy(8, "id"); }
+TEST_F(Conventions, NoMatchIsNoList)
+{
+    expectNoneBy(8, "id");
+}
 
 TEST_F(Conventions, AnUnknownIdIsNoRecord)
 {
@@ -934,9 +954,15 @@ TEST_F(Conventions, AValueIsNoPartOfAMergeEither)
 
 // ---- Releasing ----
 
-TEST_F(WithoutLaunch, NothingToFreeIsRefused) { expectFrees(); }
+TEST_F(WithoutLaunch, NothingToFreeIsRefused)
+{
+    expectFrees();
+}
 
-TEST_F(Conventions, NothingToFreeIsRefusedWhileLaunched) { expectFrees(); }
+TEST_F(Conventions, NothingToFreeIsRefusedWhileLaunched)
+{
+    expectFrees();
+}
 
 TEST_F(WithoutLaunch, ARecordIsFreedWithAllItHolds)
 {

@@ -165,8 +165,8 @@ TEST_F(Devices, NumbersDropTheirFractionAndKeepTheLow32Bits)
 
 TEST_F(Devices, PartedIsTrueForWholeNumbersOtherThan0Only)
 {
-    const std::pair<const char *, int64_t> flags[] = {{"1", 1},   {"2", 1},       {"-1", 1},   {"0", 0},
-                                                      {"0.5", 0}, {"5e10", 0},    {"true", 0}, {"false", 0}};
+    const std::pair<const char *, int64_t> flags[] = {{"1", 1},   {"2", 1},    {"-1", 1},   {"0", 0},
+                                                      {"0.5", 0}, {"5e10", 0}, {"true", 0}, {"false", 0}};
     for (const auto &[json, stored] : flags) {
         ASSERT_EQ(add(std::string(R"({"id":1,"parted":)") + json + "}"), 0u) << json;
         EXPECT_EQ(file.number("SELECT DevicesIsParted FROM Devices"), stored) << json;
@@ -243,8 +243,7 @@ TEST_F(Devices, AddStoresEveryFieldOfAZone)
 TEST_F(Devices, AddStoresNullForEveryFieldThatAZoneLeavesOut)
 {
     ASSERT_EQ(add(R"({"id":10,"sections":[{"id":1,"zones":[{"id":5}]}]})"), 0u);
-    EXPECT_EQ(file.rows("SELECT * FROM Zones"),
-              (Rows{Row{"10", "1", "5", {}, {}, {}, {}, {}, {}, {}, {}, {}, {}}}));
+    EXPECT_EQ(file.rows("SELECT * FROM Zones"), (Rows{Row{"10", "1", "5", {}, {}, {}, {}, {}, {}, {}, {}, {}, {}}}));
 }
 
 TEST_F(Devices, SectionAndZoneStandInForTheIds)
@@ -279,7 +278,7 @@ TEST_F(Devices, TwoDevicesMayUseTheSameNumbers)
 {
     const auto numbered = [](const std::string &id, const std::string &name) {
         return R"({"id":)" + id + R"(,"sections":[{"id":1,"name":")" + name + R"(","zones":[{"id":5,"name":")" + name
-               + R"("}]}],"users":[{"user_index":4,"name":")" + name + R"(","sections":[1]}]})";
+             + R"("}]}],"users":[{"user_index":4,"name":")" + name + R"(","sections":[1]}]})";
     };
     ASSERT_EQ(send(addDevices, batch(numbered("10", "x") + "," + numbered("11", "y"))), 0u);
     EXPECT_EQ(file.rows("SELECT SectionsDeviceId, SectionsName FROM Sections ORDER BY 1"),
@@ -532,8 +531,8 @@ TEST_F(Devices, AnElementThatDoesNotPassAnswers5)
 
 TEST_F(Devices, AFieldOfAWrongTypeInASectionOrAZoneAnswers5)
 {
-    for (const char *key : {"name", "schedule_id", "tracert", "flags", "detector", "arm", "physic", "form", "delay",
-                            "uid_type"})
+    for (const char *key :
+         {"name", "schedule_id", "tracert", "flags", "detector", "arm", "physic", "form", "delay", "uid_type"})
         for (const char *wrong : {"null", "true", "[]", "{}", std::string(key) == "name" ? "1" : R"("1")"}) {
             const std::string child = std::string(R"({"id":1,")") + key + R"(":)" + wrong + "}";
             EXPECT_EQ(add(R"({"id":1,"sections":[)" + child + "]}"), 5u) << child;
@@ -1216,7 +1215,7 @@ uint16_t *text(char16_t letter)
 
 void fill(FlatZone &zone, uint32_t id)
 {
-    zone = {id,         text(u'z'), block(1u), block(2u), block(3u), block(4u),
+    zone = {id,        text(u'z'), block(1u), block(2u), block(3u), block(4u),
             block(5u), block(6u),  block(7u), block(8u), block(9u)};
 }
 
@@ -1238,9 +1237,8 @@ void fill(FlatDevice &device, uint32_t id)
 {
     FlatLocale *locale = block(FlatLocale{1, text(u'i'), text(u'd')});
     FlatDomain *domain = block(FlatDomain{2, text(u'n'), block(3u), locale});
-    device = {id, block(1u),           domain, block(2u),         blocks<FlatSection>(2),
-              2,  blocks<FlatDeviceUser>(2), 2, block(uint8_t{1}), block(3u),
-              block(4u)};
+    device = {id, block(1u),         domain,    block(2u), blocks<FlatSection>(2), 2, blocks<FlatDeviceUser>(2),
+              2,  block(uint8_t{1}), block(3u), block(4u)};
     fill(device.sections[0], 1);
     fill(device.sections[1], 2);
     fill(device.users[0], 1);
@@ -1459,17 +1457,16 @@ TEST_F(Devices, ADeviceOutlivesTheLibrary)
 std::string parkDevice(uint32_t id)
 {
     const std::string number = std::to_string(id);
-    std::string json = R"({"id":)" + number + R"(,"account":)" + std::to_string(100000 + id)
-                       + R"(,"config_version":)" + std::to_string(id % 7) + R"(,"parted":)" + std::to_string(id % 2)
-                       + R"(,"sections":[)";
+    std::string json = R"({"id":)" + number + R"(,"account":)" + std::to_string(100000 + id) + R"(,"config_version":)"
+                     + std::to_string(id % 7) + R"(,"parted":)" + std::to_string(id % 2) + R"(,"sections":[)";
     for (uint32_t section = 1; section <= 8; ++section) {
         json += section > 1 ? "," : "";
         json += R"({"id":)" + std::to_string(section) + R"(,"name":"s)" + number + "." + std::to_string(section)
-                + R"(","zones":[)";
+              + R"(","zones":[)";
         for (uint32_t zone = (section - 1) * 8 + 1; zone <= section * 8; ++zone) {
             json += zone > (section - 1) * 8 + 1 ? "," : "";
             json += R"({"id":)" + std::to_string(zone) + R"(,"name":"z)" + number + "." + std::to_string(zone)
-                    + R"(","delay":)" + std::to_string(id + zone) + "}";
+                  + R"(","delay":)" + std::to_string(id + zone) + "}";
         }
         json += "]}";
     }
@@ -1478,7 +1475,7 @@ std::string parkDevice(uint32_t id)
         const std::string index = std::to_string(user);
         json += user > 1 ? "," : "";
         json += R"({"user_index":)" + index + R"(,"name":"u)" + number + "." + index + R"(","sections":[)" + index + ","
-                + std::to_string(user + 1) + "," + std::to_string(user + 2) + "]}";
+              + std::to_string(user + 1) + "," + std::to_string(user + 2) + "]}";
     }
     return json + "]}";
 }

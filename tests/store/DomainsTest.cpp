@@ -29,10 +29,7 @@ class Domains : public StoreTest
 protected:
     uint32_t add(const std::string &items) { return send(addDomains, batch(items)); }
 
-    void addEnglish()
-    {
-        EXPECT_EQ(send(addLocales, batch(R"({"id":1,"iso":"en","description":"English"})")), 0u);
-    }
+    void addEnglish() { EXPECT_EQ(send(addLocales, batch(R"({"id":1,"iso":"en","description":"English"})")), 0u); }
 
     // A domain's columns behind the id, in the order of the table.
     Row stored(const std::string &id) const
@@ -253,8 +250,8 @@ TEST_F(Domains, UpdateAnswers5ForAWrongTypeUnderAnyKey)
 
 TEST_F(Domains, ABatchWithOneBadElementStoresNothing)
 {
-    for (const char *bad : {"5", "null", R"("x")", "[]", "{}", R"({"name":"x"})", R"({"domain_id":9})",
-                            R"({"id":9,"locale_id":null})"}) {
+    for (const char *bad :
+         {"5", "null", R"("x")", "[]", "{}", R"({"name":"x"})", R"({"domain_id":9})", R"({"id":9,"locale_id":null})"}) {
         SCOPED_TRACE(bad);
         EXPECT_EQ(add(std::string(North) + "," + bad + R"(,{"id":4})"), 5u);
         EXPECT_EQ(add(std::string(North) + R"(,{"id":4},)" + bad), 5u);

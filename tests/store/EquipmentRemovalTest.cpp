@@ -23,10 +23,7 @@ class EquipmentRemoval : public StoreTest
 {
 protected:
     // Devices 10 and 11, alike but for their numbers.
-    void addTrees()
-    {
-        ASSERT_EQ(send(addDevices, R"({"D":{"items":[)" + tree("10") + "," + tree("11") + "]}}"), 0u);
-    }
+    void addTrees() { ASSERT_EQ(send(addDevices, R"({"D":{"items":[)" + tree("10") + "," + tree("11") + "]}}"), 0u); }
 
     // Every row of the five tables.
     std::vector<Rows> equipment() const

@@ -97,13 +97,16 @@ void PrintTo(const Map &map, std::ostream *out)
 
 const std::vector<Map> &maps()
 {
-    static const std::vector<Key> zoneKeys = {
-        {"id", "ZonesZoneId"},       {"name", "ZonesName"},   {"detector", "ZonesDetector"},
-        {"physic", "ZonesPhysic"},   {"form", "ZonesForm"},   {"flags", "ZonesFlags"},
-        {"delay", "ZonesDelay"},     {"schedule_id", "ZonesScheduleId"},
-        {"tracert", "ZonesTracert"}, {"uid_type", "ZonesUidType"}};
+    static const std::vector<Key> zoneKeys = {{"id", "ZonesZoneId"},         {"name", "ZonesName"},
+                                              {"detector", "ZonesDetector"}, {"physic", "ZonesPhysic"},
+                                              {"form", "ZonesForm"},         {"flags", "ZonesFlags"},
+                                              {"delay", "ZonesDelay"},       {"schedule_id", "ZonesScheduleId"},
+                                              {"tracert", "ZonesTracert"},   {"uid_type", "ZonesUidType"}};
     static const std::vector<Map> all = {
-        {"Contracts", by(getContractsWithParams), "Contracts", {},
+        {"Contracts",
+         by(getContractsWithParams),
+         "Contracts",
+         {},
          {{"id", "ContractsId"},
           {"number", "ContractsNumber"},
           {"contractor_id", "ContractsContractorId"},
@@ -113,7 +116,10 @@ const std::vector<Map> &maps()
           {"description", "ContractsDescription"},
           {"extra", "ContractsExtra"}},
          {"operator_id", "name"}},
-        {"Contractors", by(getContractorsWithParams), "Contractors", {},
+        {"Contractors",
+         by(getContractorsWithParams),
+         "Contractors",
+         {},
          {{"id", "ContractorsId"},
           {"inn", "ContractorsInn"},
           {"org_id", "ContractorsOrgId"},
@@ -122,20 +128,32 @@ const std::vector<Map> &maps()
           {"name", "ContractorsName"},
           {"extra", "ContractorsExtra"}},
          {}},
-        {"Devices", by(getDevicesWithParams), "Devices", {},
+        {"Devices",
+         by(getDevicesWithParams),
+         "Devices",
+         {},
          {{"id", "DevicesId"},
           {"account", "DevicesAccount"},
           {"domain", "DevicesDomainId"},
           {"config_version", "DevicesConfigVersion"},
           {"parted", "DevicesIsParted"}},
          {"cluster_id", "users", "sections"}},
-        {"Domains", by(getDomainsWithParams), "Domains", {},
+        {"Domains",
+         by(getDomainsWithParams),
+         "Domains",
+         {},
          {{"id", "DomainsId"}, {"name", "DomainsName"}, {"org_id", "DomainsOrgId"}, {"locale_id", "DomainsLocaleId"}},
          {"domain_id"}},
-        {"Locales", by(getLocalesWithParams), "Locales", {},
+        {"Locales",
+         by(getLocalesWithParams),
+         "Locales",
+         {},
          {{"id", "LocalesId"}, {"iso", "LocalesIso"}, {"description", "LocalesDescription"}},
          {}},
-        {"Organizations", by(getOrganizationsWithParams), "Organizations", {},
+        {"Organizations",
+         by(getOrganizationsWithParams),
+         "Organizations",
+         {},
          {{"org_id", "OrganizationsId"},
           {"inn", "OrganizationsInn"},
           {"off_name", "OrganizationsOfficialName"},
@@ -145,7 +163,10 @@ const std::vector<Map> &maps()
           {"locale_id", "OrganizationsLocaleId"},
           {"address_text", "OrganizationsAddress"}},
          {"contact", "id"}},
-        {"Sections", by(getSectionsWithParams, 10), "Sections", {"SectionsDeviceId"},
+        {"Sections",
+         by(getSectionsWithParams, 10),
+         "Sections",
+         {"SectionsDeviceId"},
          {{"id", "SectionsSectionId"},
           {"name", "SectionsName"},
           {"schedule_id", "SectionsScheduleId"},
@@ -154,7 +175,10 @@ const std::vector<Map> &maps()
           {"detector", "SectionsDetector"},
           {"arm", "SectionsArm"}},
          {"physic", "form", "delay", "uid_type", "zones", "device", "section"}},
-        {"Sites", by(getSitesWithParams), "Sites", {},
+        {"Sites",
+         by(getSitesWithParams),
+         "Sites",
+         {},
          {{"id", "SitesId"},
           {"name", "SitesName"},
           {"comment", "SitesComment"},
@@ -169,7 +193,10 @@ const std::vector<Map> &maps()
           {"arm_mode", "SitesArmMode"},
           {"delegated", "SitesIsDelegated"}},
          {"site_plan", "location", "devices", "site_id", "lat", "lon"}},
-        {"Users", by(getUsersWithParams), "Users", {},
+        {"Users",
+         by(getUsersWithParams),
+         "Users",
+         {},
          {{"id", "UsersId"},
           {"name", "UsersName"},
           {"login", "UsersLogin"},
@@ -180,10 +207,18 @@ const std::vector<Map> &maps()
           {"roles", "UsersRoles"},
           {"phone", "UsersPhone"}},
          {"op_id"}},
-        {"ZonesOfADevice", by(getZonesWithParams, 10), "Zones", {"ZonesDeviceId", "ZonesSectionId"}, zoneKeys,
+        {"ZonesOfADevice",
+         by(getZonesWithParams, 10),
+         "Zones",
+         {"ZonesDeviceId", "ZonesSectionId"},
+         zoneKeys,
          {"arm", "device", "section", "zone"}},
-        {"ZonesOfASection", by(getZonesForSectionWithParams, 10, 20), "Zones", {"ZonesDeviceId", "ZonesSectionId"},
-         zoneKeys, {"arm", "device", "section", "zone"}},
+        {"ZonesOfASection",
+         by(getZonesForSectionWithParams, 10, 20),
+         "Zones",
+         {"ZonesDeviceId", "ZonesSectionId"},
+         zoneKeys,
+         {"arm", "device", "section", "zone"}},
     };
     return all;
 }
@@ -357,9 +392,9 @@ TEST_P(FieldKeys, AreComparedExactly)
                        [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); });
         const std::string capital = upper.substr(0, 1) + key.substr(1);
         const std::string last = key.substr(0, key.size() - 1) + upper.substr(key.size() - 1);
-        for (const std::string &other : {upper, capital, last, " " + key, key + " ", key + std::string(1, '\0'),
-                                         key + "s", key + "\n", "\"" + key + "\"", key.substr(1),
-                                         key.substr(0, key.size() - 1)}) {
+        for (const std::string &other :
+             {upper, capital, last, " " + key, key + " ", key + std::string(1, '\0'), key + "s", key + "\n",
+              "\"" + key + "\"", key.substr(1), key.substr(0, key.size() - 1)}) {
             ASSERT_FALSE(GetParam().accepts(other)) << other;
             SCOPED_TRACE(other);
             EXPECT_EQ(GetParam().query(other, "1"), nothing(10));
@@ -408,12 +443,15 @@ INSTANTIATE_TEST_SUITE_P(Of, FieldKeys, ::testing::ValuesIn(maps()),
 
 // ---- What the maps do not share ----
 
-class Keys : public StoreTest {};
+class Keys : public StoreTest
+{
+};
 
 TEST_F(Keys, OfDevicesReachThePartedFlagAndNotTheCluster)
 {
     EXPECT_EQ(send(addDevices, R"({"D":{"items":[{"id":1,"parted":1,"cluster_id":0},
-                                                  {"id":2,"parted":0,"cluster_id":1}]}})"), 0u);
+                                                  {"id":2,"parted":0,"cluster_id":1}]}})"),
+              0u);
     const auto devices = listBy(getDevicesWithParams, "parted", "1");
     ASSERT_EQ(devices.size(), 1u);
     EXPECT_EQ(devices[0].id, 1u);
@@ -474,8 +512,9 @@ TEST_F(Keys, AreRefusedAsANullPointer)
     EXPECT_EQ(send(addUsers, R"({"D":{"items":[{"id":7,"name":"x"}]}})"), 0u);
     const std::u16string text = u"x";
     List<FlatUser> users;
-    EXPECT_EQ(getUsersWithParams(users.out(), users.count(), nullptr, 0,
-                                 reinterpret_cast<const uint16_t *>(text.data()), 1), 10u);
+    EXPECT_EQ(
+        getUsersWithParams(users.out(), users.count(), nullptr, 0, reinterpret_cast<const uint16_t *>(text.data()), 1),
+        10u);
     EXPECT_EQ(getUsersWithParams(users.out(), users.count(), nullptr, 4, nullptr, 0), 10u);
 }
 

@@ -44,7 +44,10 @@ protected:
 
 using Lines = std::vector<std::string>;
 
-void writeFile(const std::string &name, const std::string &bytes) { std::ofstream(name, std::ios::binary) << bytes; }
+void writeFile(const std::string &name, const std::string &bytes)
+{
+    std::ofstream(name, std::ios::binary) << bytes;
+}
 
 // ---- A look at the library's own connection ----
 
@@ -113,7 +116,7 @@ std::string tableRead(const std::string &statement)
 
 using Call = std::pair<const char *, std::function<uint32_t()>>;
 
-template <class Function>
+template<class Function>
 uint32_t add(Function function, const std::string &record)
 {
     return send(function, R"({"D":{"items":[)" + record + "]}}");
@@ -353,7 +356,10 @@ struct CreationStep
     std::string line;
 };
 
-void PrintTo(const CreationStep &step, std::ostream *out) { *out << step.line; }
+void PrintTo(const CreationStep &step, std::ostream *out)
+{
+    *out << step.line;
+}
 
 class Creation : public LaunchLadder, public ::testing::WithParamInterface<CreationStep>
 {
@@ -622,7 +628,10 @@ struct SelectedColumns
     std::vector<std::string> fields;
 };
 
-void PrintTo(const SelectedColumns &columns, std::ostream *out) { *out << columns.table; }
+void PrintTo(const SelectedColumns &columns, std::ostream *out)
+{
+    *out << columns.table;
+}
 
 class Probe : public LaunchLadder, public ::testing::WithParamInterface<SelectedColumns>
 {
@@ -828,7 +837,10 @@ struct Unusable
     uint32_t next;
 };
 
-void PrintTo(const Unusable &unusable, std::ostream *out) { *out << unusable.result; }
+void PrintTo(const Unusable &unusable, std::ostream *out)
+{
+    *out << unusable.result;
+}
 
 class UnusableStore : public LaunchLadder, public ::testing::WithParamInterface<Unusable>
 {
@@ -849,11 +861,20 @@ TEST_P(UnusableStore, IsLaunchedAllTheSame)
     EXPECT_EQ(getLaunchCacheResult(), GetParam().result);
 }
 
-TEST_P(UnusableStore, AnswersEveryRead7) { expectEach(reads(), 7); }
+TEST_P(UnusableStore, AnswersEveryRead7)
+{
+    expectEach(reads(), 7);
+}
 
-TEST_P(UnusableStore, AnswersEveryRemoval7) { expectEach(removals(), 7); }
+TEST_P(UnusableStore, AnswersEveryRemoval7)
+{
+    expectEach(removals(), 7);
+}
 
-TEST_P(UnusableStore, AnswersEveryWrite9) { expectEach(writes(), 9); }
+TEST_P(UnusableStore, AnswersEveryWrite9)
+{
+    expectEach(writes(), 9);
+}
 
 TEST_P(UnusableStore, LogsAsUsual)
 {

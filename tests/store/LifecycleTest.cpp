@@ -26,7 +26,10 @@ struct Seen
     uint32_t result;
 };
 
-Seen look() { return {getState(), getLaunchCacheResult()}; }
+Seen look()
+{
+    return {getState(), getLaunchCacheResult()};
+}
 
 void waitUntilRunning()
 {
@@ -46,11 +49,7 @@ void lookFromLadder(QtMsgType type, const QMessageLogContext &, const QString &)
 class LadderLook
 {
 public:
-    LadderLook()
-        : before(qInstallMessageHandler(lookFromLadder))
-    {
-        seenInLadder.clear();
-    }
+    LadderLook() : before(qInstallMessageHandler(lookFromLadder)) { seenInLadder.clear(); }
     ~LadderLook() { qInstallMessageHandler(before); }
     LadderLook(const LadderLook &) = delete;
     LadderLook &operator=(const LadderLook &) = delete;

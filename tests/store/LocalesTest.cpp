@@ -59,9 +59,8 @@ TEST_F(Locales, AddStoresEveryMember)
 TEST_F(Locales, AddStoresNullForWhatIsLeftOut)
 {
     EXPECT_EQ(send(addLocales, R"({"D":{"items":[{"id":1},{"id":2,"iso":"b"},{"id":3,"description":"c"}]}})"), 0u);
-    EXPECT_EQ(rows(), (std::vector<Row>{{"1", std::nullopt, std::nullopt},
-                                        {"2", "b", std::nullopt},
-                                        {"3", std::nullopt, "c"}}));
+    EXPECT_EQ(rows(), (std::vector<Row>{
+                          {"1", std::nullopt, std::nullopt}, {"2", "b", std::nullopt}, {"3", std::nullopt, "c"}}));
 }
 
 TEST_F(Locales, AddStoresAnEmptyText)
@@ -73,11 +72,11 @@ TEST_F(Locales, AddStoresAnEmptyText)
 TEST_F(Locales, AddKeepsMixedElementsApart)
 {
     EXPECT_EQ(send(addLocales, R"({"D":{"items":[{"id":1,"iso":"a","description":"x"},{"id":2},
-                                                  {"id":3,"iso":"","description":"z"},{"id":4,"iso":"d"}]}})"), 0u);
-    EXPECT_EQ(rows(), (std::vector<Row>{{"1", "a", "x"},
-                                        {"2", std::nullopt, std::nullopt},
-                                        {"3", "", "z"},
-                                        {"4", "d", std::nullopt}}));
+                                                  {"id":3,"iso":"","description":"z"},{"id":4,"iso":"d"}]}})"),
+              0u);
+    EXPECT_EQ(rows(),
+              (std::vector<Row>{
+                  {"1", "a", "x"}, {"2", std::nullopt, std::nullopt}, {"3", "", "z"}, {"4", "d", std::nullopt}}));
 }
 
 TEST_F(Locales, AddReplacesTheWholeRow)
@@ -207,7 +206,8 @@ TEST_F(Locales, AddWorksAgainAfterAFailure)
 TEST_F(Locales, GetGivesEveryField)
 {
     EXPECT_EQ(send(addLocales, R"({"D":{"items":[{"id":7,"iso":"ru_RU","description":"\u0420\u0443\u0441"},
-                                                  {"id":8,"iso":"x"}]}})"), 0u);
+                                                  {"id":8,"iso":"x"}]}})"),
+              0u);
     const auto locale = get(getLocale, 7);
     ASSERT_EQ(locale.code, 0u);
     EXPECT_EQ(locale->id, 7u);
@@ -379,7 +379,8 @@ protected:
                                                       {"id":2,"iso":"a","description":"it's"},
                                                       {"id":3,"iso":"A","description":""},
                                                       {"id":5,"iso":"1"},
-                                                      {"id":15}]}})"), 0u);
+                                                      {"id":15}]}})"),
+                  0u);
     }
 };
 

@@ -18,7 +18,10 @@ constexpr char works[] =
     R"("address_text":"Pier 3","locale_id":1,)"
     R"("contact":{"id":5,"name":"Eve","phone":"+7 1","email":"eve@x","postal":"Box 9"}})";
 
-std::string one(const std::string &object) { return R"({"D":)" + object + "}"; }
+std::string one(const std::string &object)
+{
+    return R"({"D":)" + object + "}";
+}
 
 std::string batch(const std::string &objects, const std::string &more = "")
 {
@@ -26,9 +29,15 @@ std::string batch(const std::string &objects, const std::string &more = "")
 }
 
 // The rows that `works` makes.
-Row worksRow() { return {"2", "7702", "Northern Works", "NW", "0101", "0202", "5", "1", "Pier 3"}; }
+Row worksRow()
+{
+    return {"2", "7702", "Northern Works", "NW", "0101", "0202", "5", "1", "Pier 3"};
+}
 
-Row eveRow() { return {"5", "Eve", "+7 1", "eve@x", "Box 9"}; }
+Row eveRow()
+{
+    return {"5", "Eve", "+7 1", "eve@x", "Box 9"};
+}
 
 class Organizations : public StoreTest
 {
@@ -63,7 +72,7 @@ protected:
                                    "OrganizationsShortName", "OrganizationsKpp", "OrganizationsOgrn",
                                    "OrganizationsContactId", "OrganizationsLocaleId", "OrganizationsAddress"})
             sql += "CREATE TRIGGER Watch" + std::string(column) + " AFTER UPDATE OF " + column
-                   + " ON Organizations BEGIN INSERT INTO Assigned VALUES ('" + column + "'); END;";
+                 + " ON Organizations BEGIN INSERT INTO Assigned VALUES ('" + column + "'); END;";
         foreign(sql);
     }
 

@@ -23,9 +23,9 @@ const NumberField numberFields[] = {
     {"uid_type", &FlatSection::uidType},
 };
 
-const char *const columnNames[] = {"SectionsDeviceId", "SectionsSectionId", "SectionsName", "SectionsScheduleId",
-                                   "SectionsTracert", "SectionsFlags", "SectionsDetector", "SectionsArm",
-                                   "SectionsPhysic", "SectionsForm", "SectionsDelay", "SectionsUidType"};
+const char *const columnNames[] = {"SectionsDeviceId", "SectionsSectionId", "SectionsName",     "SectionsScheduleId",
+                                   "SectionsTracert",  "SectionsFlags",     "SectionsDetector", "SectionsArm",
+                                   "SectionsPhysic",   "SectionsForm",      "SectionsDelay",    "SectionsUidType"};
 
 // Every field of section 1 with a value of its own, as a document gives them and as the file then holds them.
 const char *const fullMembers = R"("name":"Hall","schedule_id":2,"tracert":3,"flags":4,"detector":5,"arm":6,)"
@@ -89,8 +89,8 @@ class Sections : public StoreTest
 protected:
     std::vector<Row> rows(int device = 10, int section = 1) const
     {
-        return file.rows("SELECT " + joined("", "") + " FROM Sections WHERE SectionsDeviceId="
-                         + std::to_string(device) + " AND SectionsSectionId=" + std::to_string(section));
+        return file.rows("SELECT " + joined("", "") + " FROM Sections WHERE SectionsDeviceId=" + std::to_string(device)
+                         + " AND SectionsSectionId=" + std::to_string(section));
     }
 
     int64_t count(const std::string &table) const { return file.number("SELECT count(*) FROM " + table); }
@@ -103,8 +103,8 @@ TEST_F(Sections, DocumentFillsEveryColumn)
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":1,)" + std::string(fullMembers) + "}")), 0u);
     EXPECT_EQ(rows(), std::vector<Row>{fullRow});
     EXPECT_EQ(file.rows("SELECT " + joined("typeof(", ")") + " FROM Sections"),
-              (std::vector<Row>{Row{"integer", "integer", "text", "integer", "integer", "integer", "integer",
-                                    "integer", "integer", "integer", "integer", "integer"}}));
+              (std::vector<Row>{Row{"integer", "integer", "text", "integer", "integer", "integer", "integer", "integer",
+                                    "integer", "integer", "integer", "integer"}}));
 }
 
 TEST_F(Sections, DocumentLeavesNullForWhatItOmits)
@@ -218,8 +218,8 @@ TEST_F(Sections, UpdateOfANewSectionFillsEveryColumn)
     expectNoZones(*section.record);
     EXPECT_EQ(rows(), std::vector<Row>{fullRow});
     EXPECT_EQ(file.rows("SELECT " + joined("typeof(", ")") + " FROM Sections"),
-              (std::vector<Row>{Row{"integer", "integer", "text", "integer", "integer", "integer", "integer",
-                                    "integer", "integer", "integer", "integer", "integer"}}));
+              (std::vector<Row>{Row{"integer", "integer", "text", "integer", "integer", "integer", "integer", "integer",
+                                    "integer", "integer", "integer", "integer"}}));
 }
 
 TEST_F(Sections, UpdateOfANewSectionLeavesNullForWhatItOmits)
@@ -235,9 +235,9 @@ TEST_F(Sections, UpdateOfANewSectionLeavesNullForWhatItOmits)
 
 TEST_F(Sections, UpdateWithTheIdsAloneChangesNothing)
 {
-    ASSERT_EQ(send(addDevice, deviceWith(R"({"id":1,"zones":[{"id":5,"name":"Door"}],)" + std::string(fullMembers)
-                                         + "}")),
-              0u);
+    ASSERT_EQ(
+        send(addDevice, deviceWith(R"({"id":1,"zones":[{"id":5,"name":"Door"}],)" + std::string(fullMembers) + "}")),
+        0u);
     const auto section = update(updateSection, sectionUpdate());
     ASSERT_EQ(section.code, 0u);
     EXPECT_EQ(section->id, 1u);
@@ -256,8 +256,8 @@ TEST_F(Sections, UpdateChangesTheOneNumberThatItHolds)
     size_t column = 3;
     for (const NumberField &number : numberFields) {
         SCOPED_TRACE(number.key);
-        const auto section = update(updateSection, sectionUpdate("\"" + std::string(number.key)
-                                                                 + "\":" + std::to_string(++next)));
+        const auto section =
+            update(updateSection, sectionUpdate("\"" + std::string(number.key) + "\":" + std::to_string(++next)));
         ASSERT_EQ(section.code, 0u);
         EXPECT_EQ(value(section.record.get()->*number.field), next);
         expected[column++] = std::to_string(next);
@@ -366,7 +366,7 @@ TEST_F(Sections, UpdateAssignsTheKeysAndThePresentColumnsAlone)
     std::string sql = "CREATE TABLE Touched (Name TEXT);";
     for (const std::string name : columnNames)
         sql += "CREATE TRIGGER Touch" + name + " AFTER UPDATE OF " + name + " ON Sections BEGIN INSERT INTO Touched"
-               + " VALUES('" + name + "'); END;";
+             + " VALUES('" + name + "'); END;";
     foreign(sql);
     ASSERT_EQ(update(updateSection, sectionUpdate(R"("uid_type":4)")).code, 0u);
     EXPECT_EQ(file.rows("SELECT Name FROM Touched ORDER BY Name"),
@@ -709,9 +709,8 @@ TEST_F(Sections, ListWithUnreadableZonesGivesEverySection)
     ASSERT_EQ(sections.size(), 2u);
     for (const FlatSection &section : sections)
         expectNoZones(section);
-    const std::vector<std::string> expected{
-        "execute error", "*", "get zones for device section error", "*",
-        "execute error", "*", "get zones for device section error", "*"};
+    const std::vector<std::string> expected{"execute error", "*", "get zones for device section error", "*",
+                                            "execute error", "*", "get zones for device section error", "*"};
     EXPECT_EQ(lines.allWithErrorsAt({1, 3, 5, 7}), expected);
 }
 
@@ -982,8 +981,8 @@ TEST_F(Sections, FailedReadsDoNotBlockTheNext)
 TEST_F(Sections, ListByFieldFindsEachSearchableKey)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":1,)" + std::string(fullMembers) + R"(},{"id":20,"name":"b"})")), 0u);
-    const std::pair<const char *, const char *> searches[] = {{"id", "1"},      {"name", "Hall"},  {"schedule_id", "2"},
-                                                              {"tracert", "3"}, {"flags", "4"},    {"detector", "5"},
+    const std::pair<const char *, const char *> searches[] = {{"id", "1"},      {"name", "Hall"}, {"schedule_id", "2"},
+                                                              {"tracert", "3"}, {"flags", "4"},   {"detector", "5"},
                                                               {"arm", "6"}};
     for (const auto &[key, wanted] : searches) {
         SCOPED_TRACE(key);
@@ -1124,9 +1123,9 @@ TEST_F(Sections, FreeOfAnArrayWithoutACountFreesNothing)
 
 TEST_F(Sections, FreeWorksAfterTheExit)
 {
-    ASSERT_EQ(send(addDevice, deviceWith(R"({"id":1,"zones":[{"id":5,"name":"Door"}],)" + std::string(fullMembers)
-                                         + "}")),
-              0u);
+    ASSERT_EQ(
+        send(addDevice, deviceWith(R"({"id":1,"zones":[{"id":5,"name":"Door"}],)" + std::string(fullMembers) + "}")),
+        0u);
     auto one = get(getSection, 1, 10);
     FlatSection *all = nullptr;
     uint32_t length = 0;

@@ -91,10 +91,30 @@ TEST_F(ServerAddress, IsNoneAfterANullPointer)
 
 TEST_F(ServerAddress, MayBeAnyText)
 {
-    for (const std::string text :
-         {" ", "  a  ", "not an address", "{}", R"({"D":{"ip":"1.2.3.4"}})", R"("quoted")", "'", "''", "\"", "\\", "%1",
-          "%2%1", "?", ":1", "NULL", "0", "1.5", "'); DROP TABLE Session; --", "a\nb\tc", "http://x/y?z=%20",
-          "\u0441\u0435\u0440\u0432\u0435\u0440", "\u4E2D", "\U0001F600\U0010FFFF", "a\uFEFFb"}) {
+    for (const std::string text : {" ",
+                                   "  a  ",
+                                   "not an address",
+                                   "{}",
+                                   R"({"D":{"ip":"1.2.3.4"}})",
+                                   R"("quoted")",
+                                   "'",
+                                   "''",
+                                   "\"",
+                                   "\\",
+                                   "%1",
+                                   "%2%1",
+                                   "?",
+                                   ":1",
+                                   "NULL",
+                                   "0",
+                                   "1.5",
+                                   "'); DROP TABLE Session; --",
+                                   "a\nb\tc",
+                                   "http://x/y?z=%20",
+                                   "\u0441\u0435\u0440\u0432\u0435\u0440",
+                                   "\u4E2D",
+                                   "\U0001F600\U0010FFFF",
+                                   "a\uFEFFb"}) {
         SCOPED_TRACE(text);
         EXPECT_EQ(set(text), 0u);
         EXPECT_EQ(rows(), (std::vector<Row>{{"0", text}}));

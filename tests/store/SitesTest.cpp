@@ -20,9 +20,15 @@ const char *const allSites = "SELECT SitesId,SitesName,SitesComment,SitesExtra,S
 const char *const allLocations = "SELECT LocationsId,LocationsLatitude,LocationsLongitude FROM Locations "
                                  "ORDER BY LocationsId";
 
-std::string batch(const std::string &sites) { return R"({"D":{"items":[)" + sites + "]}}"; }
+std::string batch(const std::string &sites)
+{
+    return R"({"D":{"items":[)" + sites + "]}}";
+}
 
-std::string one(const std::string &site) { return R"({"D":)" + site + "}"; }
+std::string one(const std::string &site)
+{
+    return R"({"D":)" + site + "}";
+}
 
 struct NameAndAddress
 {
@@ -1423,7 +1429,10 @@ TEST_F(Sites, DeleteAnswers7WhenTheDomainCannotBeRead)
 // ---- Freeing ----
 
 // The devices of a site that the client put into it: an array of the library's.
-void putDevices(FlatSite &site) { ASSERT_EQ(getDevices(&site.devices, &site.deviceCount), 0u); }
+void putDevices(FlatSite &site)
+{
+    ASSERT_EQ(getDevices(&site.devices, &site.deviceCount), 0u);
+}
 
 TEST_F(Sites, FreeRefusesNothingToFree)
 {

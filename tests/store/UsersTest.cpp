@@ -63,11 +63,11 @@ TEST_F(Users, AddStoresEveryFieldInItsColumn)
 TEST_F(Users, AddStoresTextsAsTextAndNumbersAsNumbers)
 {
     EXPECT_EQ(add(Ann), 0u);
-    EXPECT_EQ(file.rows("SELECT typeof(UsersId), typeof(UsersName), typeof(UsersLogin), typeof(UsersContacts),"
-                        " typeof(UsersIsActive), typeof(UsersDomainId), typeof(UsersOrgId), typeof(UsersRoles),"
-                        " typeof(UsersPhone) FROM Users"),
-              (std::vector<Row>{{"integer", "text", "text", "text", "integer", "integer", "integer", "integer",
-                                 "real"}}));
+    EXPECT_EQ(
+        file.rows("SELECT typeof(UsersId), typeof(UsersName), typeof(UsersLogin), typeof(UsersContacts),"
+                  " typeof(UsersIsActive), typeof(UsersDomainId), typeof(UsersOrgId), typeof(UsersRoles),"
+                  " typeof(UsersPhone) FROM Users"),
+        (std::vector<Row>{{"integer", "text", "text", "text", "integer", "integer", "integer", "integer", "real"}}));
 }
 
 TEST_F(Users, AddOfAnIdAloneStoresNothingBeside)
@@ -170,8 +170,8 @@ TEST_F(Users, TextsAreNeitherCutNorRead)
 TEST_F(Users, IdsDropTheFractionAndKeepTheLow32Bits)
 {
     const std::vector<std::pair<const char *, const char *>> cases{
-        {"1.9", "1"},          {"-0.5", "0"},       {"-1", "4294967295"},        {"4294967295", "4294967295"},
-        {"4294967296", "0"},   {"-2", "4294967294"}, {"5000000000", "705032704"},
+        {"1.9", "1"},        {"-0.5", "0"},        {"-1", "4294967295"},        {"4294967295", "4294967295"},
+        {"4294967296", "0"}, {"-2", "4294967294"}, {"5000000000", "705032704"},
     };
     for (const auto &[written, id] : cases) {
         SCOPED_TRACE(written);
@@ -185,7 +185,7 @@ TEST_F(Users, IdsDropTheFractionAndKeepTheLow32Bits)
 TEST_F(Users, NumbersDropTheFractionAndKeepTheLow32Bits)
 {
     const std::vector<std::pair<const char *, const char *>> cases{
-        {"3.9", "3"},        {"-0.5", "0"}, {"-1", "4294967295"},        {"4294967295", "4294967295"},
+        {"3.9", "3"},        {"-0.5", "0"},   {"-1", "4294967295"},        {"4294967295", "4294967295"},
         {"4294967296", "0"}, {"1e3", "1000"}, {"5000000000", "705032704"},
     };
     for (const char *key : {"domain", "org", "roles"})
@@ -210,9 +210,8 @@ TEST_F(Users, NumbersUpToTheLast32BitValueComeBack)
 TEST_F(Users, ActiveIsTrueForAWholeNumberOtherThanZeroOnly)
 {
     const std::vector<std::pair<const char *, const char *>> cases{
-        {"1", "1"},   {"2", "1"},     {"-1", "1"},   {"2147483647", "1"}, {"-2147483648", "1"},
-        {"0", "0"},   {"0.5", "0"},   {"1.5", "0"},  {"2147483648", "0"}, {"4294967297", "0"},
-        {"true", "0"}, {"false", "0"},
+        {"1", "1"},   {"2", "1"},   {"-1", "1"},         {"2147483647", "1"}, {"-2147483648", "1"}, {"0", "0"},
+        {"0.5", "0"}, {"1.5", "0"}, {"2147483648", "0"}, {"4294967297", "0"}, {"true", "0"},        {"false", "0"},
     };
     for (const auto &[written, flag] : cases) {
         SCOPED_TRACE(written);
@@ -309,8 +308,8 @@ TEST_F(Users, UpdateAnswers5ForAWrongTypeUnderAnyKey)
 
 TEST_F(Users, ABatchWithOneBadElementStoresNothing)
 {
-    for (const char *bad : {"5", "null", R"("x")", "[]", "{}", R"({"name":"x"})", R"({"op_id":9})",
-                            R"({"id":9,"name":null})"}) {
+    for (const char *bad :
+         {"5", "null", R"("x")", "[]", "{}", R"({"name":"x"})", R"({"op_id":9})", R"({"id":9,"name":null})"}) {
         SCOPED_TRACE(bad);
         EXPECT_EQ(add(std::string(Ann) + "," + bad + R"(,{"id":8})"), 5u);
         EXPECT_EQ(add(std::string(Ann) + R"(,{"id":8},)" + bad), 5u);
@@ -374,9 +373,17 @@ TEST_F(Users, DeleteAnswersForBrokenDocuments)
 {
     EXPECT_EQ(add(R"({"id":0},{"id":7})"), 0u);
     const std::vector<std::pair<const char *, uint32_t>> cases{
-        {"", 10},           {"not json", 10},        {"[7]", 10},          {"{}", 5},
-        {R"({"op_id":7})", 5}, {R"({"D":[]})", 5},   {R"({"D":7})", 5},    {R"({"D":{}})", 5},
-        {R"({"D":{"id":7}})", 5}, {R"({"D":{"OP_ID":7}})", 5}, {R"({"D":{"items":[{"op_id":7}]}})", 5},
+        {"", 10},
+        {"not json", 10},
+        {"[7]", 10},
+        {"{}", 5},
+        {R"({"op_id":7})", 5},
+        {R"({"D":[]})", 5},
+        {R"({"D":7})", 5},
+        {R"({"D":{}})", 5},
+        {R"({"D":{"id":7}})", 5},
+        {R"({"D":{"OP_ID":7}})", 5},
+        {R"({"D":{"items":[{"op_id":7}]}})", 5},
     };
     for (const auto &[json, code] : cases) {
         SCOPED_TRACE(json);
@@ -706,11 +713,11 @@ TEST_F(Users, UpdateOfANewIdMakesTheRowAndGivesItBack)
 TEST_F(Users, UpdateStoresTextsAsTextAndNumbersAsNumbers)
 {
     ASSERT_EQ(update(updateUser, one(Ann)).code, 0u);
-    EXPECT_EQ(file.rows("SELECT typeof(UsersId), typeof(UsersName), typeof(UsersLogin), typeof(UsersContacts),"
-                        " typeof(UsersIsActive), typeof(UsersDomainId), typeof(UsersOrgId), typeof(UsersRoles),"
-                        " typeof(UsersPhone) FROM Users"),
-              (std::vector<Row>{{"integer", "text", "text", "text", "integer", "integer", "integer", "integer",
-                                 "real"}}));
+    EXPECT_EQ(
+        file.rows("SELECT typeof(UsersId), typeof(UsersName), typeof(UsersLogin), typeof(UsersContacts),"
+                  " typeof(UsersIsActive), typeof(UsersDomainId), typeof(UsersOrgId), typeof(UsersRoles),"
+                  " typeof(UsersPhone) FROM Users"),
+        (std::vector<Row>{{"integer", "text", "text", "text", "integer", "integer", "integer", "integer", "real"}}));
 }
 
 TEST_F(Users, UpdateOfANewIdAloneMakesARowOfNothingElse)
@@ -750,8 +757,8 @@ TEST_F(Users, UpdateKeepsWhatTheDocumentLeavesOut)
 TEST_F(Users, UpdateOfOneFieldChangesItsColumnAlone)
 {
     const std::vector<std::tuple<size_t, const char *, const char *>> cases{
-        {0, R"("name":"x")", "x"}, {1, R"("login":"x")", "x"}, {2, R"("contacts":"x")", "x"},
-        {3, R"("active":0)", "0"}, {4, R"("domain":33)", "33"}, {5, R"("org":22)", "22"},
+        {0, R"("name":"x")", "x"},  {1, R"("login":"x")", "x"},   {2, R"("contacts":"x")", "x"},
+        {3, R"("active":0)", "0"},  {4, R"("domain":33)", "33"},  {5, R"("org":22)", "22"},
         {6, R"("roles":44)", "44"}, {7, R"("phone":100)", "100"},
     };
     for (const auto &[place, field, written] : cases) {
@@ -767,8 +774,8 @@ TEST_F(Users, UpdateOfOneFieldChangesItsColumnAlone)
 TEST_F(Users, UpdateOfANewIdFillsTheFieldsSentAlone)
 {
     const std::vector<std::tuple<size_t, const char *, const char *>> cases{
-        {0, R"("name":"x")", "x"}, {1, R"("login":"x")", "x"}, {2, R"("contacts":"x")", "x"},
-        {3, R"("active":0)", "0"}, {4, R"("domain":33)", "33"}, {5, R"("org":22)", "22"},
+        {0, R"("name":"x")", "x"},  {1, R"("login":"x")", "x"},   {2, R"("contacts":"x")", "x"},
+        {3, R"("active":0)", "0"},  {4, R"("domain":33)", "33"},  {5, R"("org":22)", "22"},
         {6, R"("roles":44)", "44"}, {7, R"("phone":100)", "100"},
     };
     for (const auto &[place, field, written] : cases) {
@@ -996,8 +1003,7 @@ TEST_F(Users, AFailedAddAnswers9AndLogsThreeLines)
     refuse("INSERT", "Users");
     const DebugLines lines;
     EXPECT_EQ(add(Ann), 9u);
-    ASSERT_EQ(lines.allWithErrorsAt({1}),
-              (std::vector<std::string>{"execute batch error", "*", "add users error"}));
+    ASSERT_EQ(lines.allWithErrorsAt({1}), (std::vector<std::string>{"execute batch error", "*", "add users error"}));
     EXPECT_NE(lines.all()[1].find("refused"), std::string::npos);
 }
 
@@ -1006,8 +1012,7 @@ TEST_F(Users, AFailedAddWithoutItsTableLogsThreeLines)
     foreign("DROP TABLE Users");
     const DebugLines lines;
     EXPECT_EQ(add(Ann), 9u);
-    EXPECT_EQ(lines.allWithErrorsAt({1}),
-              (std::vector<std::string>{"execute batch error", "*", "add users error"}));
+    EXPECT_EQ(lines.allWithErrorsAt({1}), (std::vector<std::string>{"execute batch error", "*", "add users error"}));
 }
 
 TEST_F(Users, AddNeedsEveryColumnOfItsTable)
@@ -1255,8 +1260,9 @@ FlatUser filled()
 {
     const FlatLocale locale{1, text(), text()};
     const FlatDomain domain{3, text(), block(2u), block(locale)};
-    return {7,           text(),    text(),    text(), block(uint8_t{1}), block(3u), block(4u),
-            block(uint64_t{5}), block(domain), block(6u)};
+    return {
+        7,        text(), text(), text(), block(uint8_t{1}), block(3u), block(4u), block(uint64_t{5}), block(domain),
+        block(6u)};
 }
 
 TEST_F(Users, FreeAnswers10ForNothing)

@@ -12,20 +12,14 @@ struct NumberField
 };
 
 const NumberField numberFields[] = {
-    {"detector", &FlatZone::detector},
-    {"physic", &FlatZone::physic},
-    {"form", &FlatZone::form},
-    {"flags", &FlatZone::flags},
-    {"delay", &FlatZone::delay},
-    {"schedule_id", &FlatZone::scheduleId},
-    {"tracert", &FlatZone::tracert},
-    {"uid_type", &FlatZone::uidType},
-    {"arm", &FlatZone::arm},
+    {"detector", &FlatZone::detector}, {"physic", &FlatZone::physic},    {"form", &FlatZone::form},
+    {"flags", &FlatZone::flags},       {"delay", &FlatZone::delay},      {"schedule_id", &FlatZone::scheduleId},
+    {"tracert", &FlatZone::tracert},   {"uid_type", &FlatZone::uidType}, {"arm", &FlatZone::arm},
 };
 
-const char *const columnNames[] = {"ZonesDeviceId", "ZonesSectionId", "ZonesZoneId", "ZonesName", "ZonesDetector",
-                                   "ZonesPhysic", "ZonesForm", "ZonesFlags", "ZonesDelay", "ZonesScheduleId",
-                                   "ZonesTracert", "ZonesUidType", "ZonesArm"};
+const char *const columnNames[] = {"ZonesDeviceId", "ZonesSectionId", "ZonesZoneId", "ZonesName",  "ZonesDetector",
+                                   "ZonesPhysic",   "ZonesForm",      "ZonesFlags",  "ZonesDelay", "ZonesScheduleId",
+                                   "ZonesTracert",  "ZonesUidType",   "ZonesArm"};
 
 // Every field of zone 5 with a value of its own, as a document gives them and as the file then holds them.
 const char *const fullMembers = R"("name":"Door","detector":21,"physic":22,"form":23,"flags":24,"delay":25,)"
@@ -41,7 +35,7 @@ const char *const wrongTexts[] = {"5", "true", "null", "[]", "{}"};
 std::string zoneUpdate(const std::string &members = "", int section = 1)
 {
     return R"({"D":{"device":10,"section":)" + std::to_string(section) + R"(,"id":5)"
-           + (members.empty() ? members : "," + members) + "}}";
+         + (members.empty() ? members : "," + members) + "}}";
 }
 
 // The document of device 10 with the given elements in the zones of its section 1.
@@ -92,10 +86,7 @@ protected:
     int64_t count(const std::string &table) const { return file.number("SELECT count(*) FROM " + table); }
 
     // Device 10 with the sections 1 and 2 and no zone.
-    void addParents()
-    {
-        ASSERT_EQ(send(addDevice, R"({"D":{"id":10,"sections":[{"id":1},{"id":2}]}})"), 0u);
-    }
+    void addParents() { ASSERT_EQ(send(addDevice, R"({"D":{"id":10,"sections":[{"id":1},{"id":2}]}})"), 0u); }
 };
 
 // ---- From a device document ----
@@ -105,8 +96,8 @@ TEST_F(Zones, DocumentFillsEveryColumn)
     ASSERT_EQ(send(addDevice, deviceWith(full())), 0u);
     EXPECT_EQ(rows(), std::vector<Row>{fullRow});
     EXPECT_EQ(file.rows("SELECT " + joined("typeof(", ")") + " FROM Zones"),
-              (std::vector<Row>{Row{"integer", "integer", "integer", "text", "integer", "integer", "integer",
-                                    "integer", "integer", "integer", "integer", "integer", "integer"}}));
+              (std::vector<Row>{Row{"integer", "integer", "integer", "text", "integer", "integer", "integer", "integer",
+                                    "integer", "integer", "integer", "integer", "integer"}}));
 }
 
 TEST_F(Zones, DocumentLeavesNullForWhatItOmits)
@@ -175,8 +166,7 @@ TEST_F(Zones, DocumentTakesZoneForAMissingId)
 TEST_F(Zones, DocumentPrefersIdToZone)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"zone":7,"id":5},{"zone":"x","id":6})")), 0u);
-    EXPECT_EQ(file.rows("SELECT ZonesZoneId FROM Zones ORDER BY ZonesZoneId"),
-              (std::vector<Row>{Row{"5"}, Row{"6"}}));
+    EXPECT_EQ(file.rows("SELECT ZonesZoneId FROM Zones ORDER BY ZonesZoneId"), (std::vector<Row>{Row{"5"}, Row{"6"}}));
 }
 
 TEST_F(Zones, DocumentWithAWrongTypeIsIncomplete)
@@ -221,8 +211,8 @@ TEST_F(Zones, UpdateOfANewZoneFillsEveryColumn)
     expectFullFields(*zone.record);
     EXPECT_EQ(rows(), std::vector<Row>{fullRow});
     EXPECT_EQ(file.rows("SELECT " + joined("typeof(", ")") + " FROM Zones"),
-              (std::vector<Row>{Row{"integer", "integer", "integer", "text", "integer", "integer", "integer",
-                                    "integer", "integer", "integer", "integer", "integer", "integer"}}));
+              (std::vector<Row>{Row{"integer", "integer", "integer", "text", "integer", "integer", "integer", "integer",
+                                    "integer", "integer", "integer", "integer", "integer"}}));
 }
 
 TEST_F(Zones, UpdateOfANewZoneLeavesNullForWhatItOmits)
@@ -253,8 +243,8 @@ TEST_F(Zones, UpdateChangesTheOneNumberThatItHolds)
     size_t column = 4;
     for (const NumberField &number : numberFields) {
         SCOPED_TRACE(number.key);
-        const auto zone = update(updateZone, zoneUpdate("\"" + std::string(number.key)
-                                                        + "\":" + std::to_string(++next)));
+        const auto zone =
+            update(updateZone, zoneUpdate("\"" + std::string(number.key) + "\":" + std::to_string(++next)));
         ASSERT_EQ(zone.code, 0u);
         EXPECT_EQ(value(zone.record.get()->*number.field), next);
         expected[column++] = std::to_string(next);
@@ -355,7 +345,7 @@ TEST_F(Zones, UpdateAssignsTheKeysAndThePresentColumnsAlone)
     std::string sql = "CREATE TABLE Touched (Name TEXT);";
     for (const std::string name : columnNames)
         sql += "CREATE TRIGGER Touch" + name + " AFTER UPDATE OF " + name + " ON Zones BEGIN INSERT INTO Touched"
-               + " VALUES('" + name + "'); END;";
+             + " VALUES('" + name + "'); END;";
     foreign(sql);
     ASSERT_EQ(update(updateZone, zoneUpdate(R"("arm":4)")).code, 0u);
     EXPECT_EQ(file.rows("SELECT Name FROM Touched ORDER BY Name"),
@@ -460,8 +450,7 @@ TEST_F(Zones, UpdatePrefersIdToZone)
     addParents();
     EXPECT_EQ(update(updateZone, R"({"D":{"device":10,"section":1,"zone":7,"id":5}})").code, 0u);
     EXPECT_EQ(update(updateZone, R"({"D":{"device":10,"section":1,"zone":"x","id":6}})").code, 0u);
-    EXPECT_EQ(file.rows("SELECT ZonesZoneId FROM Zones ORDER BY ZonesZoneId"),
-              (std::vector<Row>{Row{"5"}, Row{"6"}}));
+    EXPECT_EQ(file.rows("SELECT ZonesZoneId FROM Zones ORDER BY ZonesZoneId"), (std::vector<Row>{Row{"5"}, Row{"6"}}));
 }
 
 TEST_F(Zones, UpdateDropsTheFractionOfItsIds)
@@ -502,11 +491,11 @@ TEST_F(Zones, UpdateReadsAParentOfAnotherTypeAsZero)
     ASSERT_EQ(send(addDevice, R"({"D":{"id":10,"sections":[{"id":0}]}})"), 0u);
     int id = 0;
     for (const std::string wrong : {R"("10")", "true", "null", "[10]", R"({"id":10})"}) {
-        const std::string byDevice = R"({"D":{"device":)" + wrong + R"(,"section":1,"id":)"
-                                     + std::to_string(++id) + "}}";
+        const std::string byDevice =
+            R"({"D":{"device":)" + wrong + R"(,"section":1,"id":)" + std::to_string(++id) + "}}";
         EXPECT_EQ(update(updateZone, byDevice).code, 0u) << byDevice;
-        const std::string bySection = R"({"D":{"device":10,"section":)" + wrong + R"(,"id":)"
-                                      + std::to_string(++id) + "}}";
+        const std::string bySection =
+            R"({"D":{"device":10,"section":)" + wrong + R"(,"id":)" + std::to_string(++id) + "}}";
         EXPECT_EQ(update(updateZone, bySection).code, 0u) << bySection;
     }
     EXPECT_EQ(file.rows("SELECT ZonesDeviceId,ZonesSectionId,count(*) FROM Zones GROUP BY ZonesDeviceId,ZonesSectionId"
@@ -941,8 +930,8 @@ TEST_F(Zones, ListsByFieldFindEachSearchableKey)
 {
     ASSERT_EQ(send(addDevice, deviceWith(full() + R"(,{"id":40,"name":"b"})")), 0u);
     const std::pair<const char *, const char *> searches[] = {
-        {"id", "5"},      {"name", "Door"}, {"detector", "21"},    {"physic", "22"},  {"form", "23"},
-        {"flags", "24"},  {"delay", "25"},  {"schedule_id", "26"}, {"tracert", "27"}, {"uid_type", "28"}};
+        {"id", "5"},     {"name", "Door"}, {"detector", "21"},    {"physic", "22"},  {"form", "23"},
+        {"flags", "24"}, {"delay", "25"},  {"schedule_id", "26"}, {"tracert", "27"}, {"uid_type", "28"}};
     for (const auto &[key, wanted] : searches) {
         SCOPED_TRACE(key);
         const auto ofDevice = listBy(getZonesWithParams, key, wanted, 10);
@@ -963,8 +952,8 @@ TEST_F(Zones, ListsByFieldRefuseEveryOtherKey)
     ASSERT_EQ(send(addDevice, deviceWith(full())), 0u);
     foreign("ALTER TABLE Zones RENAME TO Gone");
     const DebugLines lines;
-    for (const char *key : {"arm", "device", "section", "zone", "zones", "", "ID", "Name", "name ", "ZonesName",
-                            "scheduleId"}) {
+    for (const char *key :
+         {"arm", "device", "section", "zone", "zones", "", "ID", "Name", "name ", "ZonesName", "scheduleId"}) {
         FlatZone *out = nullptr;
         uint32_t length = 77;
         EXPECT_EQ(find(getZonesWithParams, &out, &length, key, "29", 10), 10u) << key;

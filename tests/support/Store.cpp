@@ -45,17 +45,50 @@ void freeAll(uint32_t (*function)(Flat *, uint32_t), Flat *records, uint32_t cou
 
 } // namespace
 
-void Free::operator()(FlatLocale *record) const { freeOne(freeLocale, record); }
-void Free::operator()(FlatDomain *record) const { freeOne(freeDomain, record); }
-void Free::operator()(FlatUser *record) const { freeOne(freeUser, record); }
-void Free::operator()(FlatOrganization *record) const { freeOne(freeOrganization, record); }
-void Free::operator()(FlatContractor *record) const { freeOne(freeContractor, record); }
-void Free::operator()(FlatContract *record) const { freeOne(freeContract, record); }
-void Free::operator()(FlatDevice *record) const { freeOne(freeDevice, record); }
-void Free::operator()(FlatSection *record) const { freeOne(freeSection, record); }
-void Free::operator()(FlatZone *record) const { freeOne(freeZone, record); }
-void Free::operator()(FlatSite *record) const { freeOne(freeSite, record); }
-void Free::operator()(FlatEvent *record) const { freeOne(freeEvent, record); }
+void Free::operator()(FlatLocale *record) const
+{
+    freeOne(freeLocale, record);
+}
+void Free::operator()(FlatDomain *record) const
+{
+    freeOne(freeDomain, record);
+}
+void Free::operator()(FlatUser *record) const
+{
+    freeOne(freeUser, record);
+}
+void Free::operator()(FlatOrganization *record) const
+{
+    freeOne(freeOrganization, record);
+}
+void Free::operator()(FlatContractor *record) const
+{
+    freeOne(freeContractor, record);
+}
+void Free::operator()(FlatContract *record) const
+{
+    freeOne(freeContract, record);
+}
+void Free::operator()(FlatDevice *record) const
+{
+    freeOne(freeDevice, record);
+}
+void Free::operator()(FlatSection *record) const
+{
+    freeOne(freeSection, record);
+}
+void Free::operator()(FlatZone *record) const
+{
+    freeOne(freeZone, record);
+}
+void Free::operator()(FlatSite *record) const
+{
+    freeOne(freeSite, record);
+}
+void Free::operator()(FlatEvent *record) const
+{
+    freeOne(freeEvent, record);
+}
 void Free::operator()(uint16_t *text) const
 {
 #ifdef _WIN32
@@ -65,17 +98,61 @@ void Free::operator()(uint16_t *text) const
 #endif
 }
 
-template<> List<FlatLocale>::~List() { freeAll(freeLocalesArray, records, length); }
-template<> List<FlatDomain>::~List() { freeAll(freeDomainsArray, records, length); }
-template<> List<FlatUser>::~List() { freeAll(freeUsersArray, records, length); }
-template<> List<FlatOrganization>::~List() { freeAll(freeOrganizationsArray, records, length); }
-template<> List<FlatContractor>::~List() { freeAll(freeContractorsArray, records, length); }
-template<> List<FlatContract>::~List() { freeAll(freeContractsArray, records, length); }
-template<> List<FlatDevice>::~List() { freeAll(freeDevicesArray, records, length); }
-template<> List<FlatSection>::~List() { freeAll(freeSectionsArray, records, length); }
-template<> List<FlatZone>::~List() { freeAll(freeZonesArray, records, length); }
-template<> List<FlatSite>::~List() { freeAll(freeSitesArray, records, length); }
-template<> List<FlatEvent>::~List() { freeAll(freeEventsArray, records, length); }
+template<>
+List<FlatLocale>::~List()
+{
+    freeAll(freeLocalesArray, records, length);
+}
+template<>
+List<FlatDomain>::~List()
+{
+    freeAll(freeDomainsArray, records, length);
+}
+template<>
+List<FlatUser>::~List()
+{
+    freeAll(freeUsersArray, records, length);
+}
+template<>
+List<FlatOrganization>::~List()
+{
+    freeAll(freeOrganizationsArray, records, length);
+}
+template<>
+List<FlatContractor>::~List()
+{
+    freeAll(freeContractorsArray, records, length);
+}
+template<>
+List<FlatContract>::~List()
+{
+    freeAll(freeContractsArray, records, length);
+}
+template<>
+List<FlatDevice>::~List()
+{
+    freeAll(freeDevicesArray, records, length);
+}
+template<>
+List<FlatSection>::~List()
+{
+    freeAll(freeSectionsArray, records, length);
+}
+template<>
+List<FlatZone>::~List()
+{
+    freeAll(freeZonesArray, records, length);
+}
+template<>
+List<FlatSite>::~List()
+{
+    freeAll(freeSitesArray, records, length);
+}
+template<>
+List<FlatEvent>::~List()
+{
+    freeAll(freeEventsArray, records, length);
+}
 
 // ---- The debug log ----
 
@@ -99,9 +176,8 @@ void ignore(QtMsgType, const QMessageLogContext &, const QString &) {}
 {
     if (lines.size() == 4 && lines[0] == runner && !lines[1].empty() && lines[2] == words && lines[3] == lines[1])
         return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure()
-           << "expected \"" << runner << "\", an error text, \"" << words << "\" and the same error text; got "
-           << ::testing::PrintToString(lines);
+    return ::testing::AssertionFailure() << "expected \"" << runner << "\", an error text, \"" << words
+                                         << "\" and the same error text; got " << ::testing::PrintToString(lines);
 }
 
 } // namespace

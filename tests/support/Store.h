@@ -149,17 +149,28 @@ private:
     Flat *records = nullptr;
     uint32_t length = 0;
 };
-template<> List<FlatLocale>::~List();
-template<> List<FlatDomain>::~List();
-template<> List<FlatUser>::~List();
-template<> List<FlatOrganization>::~List();
-template<> List<FlatContractor>::~List();
-template<> List<FlatContract>::~List();
-template<> List<FlatDevice>::~List();
-template<> List<FlatSection>::~List();
-template<> List<FlatZone>::~List();
-template<> List<FlatSite>::~List();
-template<> List<FlatEvent>::~List();
+template<>
+List<FlatLocale>::~List();
+template<>
+List<FlatDomain>::~List();
+template<>
+List<FlatUser>::~List();
+template<>
+List<FlatOrganization>::~List();
+template<>
+List<FlatContractor>::~List();
+template<>
+List<FlatContract>::~List();
+template<>
+List<FlatDevice>::~List();
+template<>
+List<FlatSection>::~List();
+template<>
+List<FlatZone>::~List();
+template<>
+List<FlatSite>::~List();
+template<>
+List<FlatEvent>::~List();
 
 // list(getUsers), list(getZonesForSection, device, section), list(getEvents, from, to)
 template<class Flat, class... Keys, class... Arguments>
