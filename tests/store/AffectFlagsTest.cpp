@@ -5,11 +5,6 @@ namespace {
 using namespace brimlet::test;
 using Rows = std::vector<Row>;
 
-std::string batch(const std::string &events)
-{
-    return R"({"D":{"items":[)" + events + "]}}";
-}
-
 class AffectFlags : public StoreTest
 {
 protected:

@@ -16,16 +16,6 @@ using Pairs = std::vector<std::pair<std::string, std::string>>;
 constexpr char acme[] =
     R"({"id":4,"inn":"7701","org_id":2,"type":1,"off_name":"Acme Limited","name":"Acme","extra":"note"})";
 
-std::string one(const std::string &object)
-{
-    return R"({"D":)" + object + "}";
-}
-
-std::string batch(const std::string &objects, const std::string &more = "")
-{
-    return R"({"D":{"items":[)" + objects + (more.empty() ? "" : ",") + more + "]}}";
-}
-
 class Contractors : public StoreTest
 {
 protected:

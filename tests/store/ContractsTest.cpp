@@ -16,16 +16,6 @@ using Pairs = std::vector<std::pair<std::string, std::string>>;
 constexpr char lease[] = R"({"id":11,"number":"A-1","c_name":"Lease","status":1,"date":100,)"
                          R"("description":"three rooms","extra":"note","contractor_id":4,"operator_id":7})";
 
-std::string one(const std::string &object)
-{
-    return R"({"D":)" + object + "}";
-}
-
-std::string batch(const std::string &objects, const std::string &more = "")
-{
-    return R"({"D":{"items":[)" + objects + (more.empty() ? "" : ",") + more + "]}}";
-}
-
 class Contracts : public StoreTest
 {
 protected:

@@ -53,14 +53,6 @@ T *zeroed(size_t count = 1)
     return static_cast<T *>(std::calloc(count, sizeof(T)));
 }
 
-template<class T>
-T *block(T value)
-{
-    T *made = zeroed<T>();
-    *made = value;
-    return made;
-}
-
 uint16_t *text(const std::string &utf8)
 {
     const std::u16string units = utf16(utf8);

@@ -12,16 +12,6 @@ using namespace brimlet::test;
 using Lines = std::vector<std::string>;
 using Rows = std::vector<Row>;
 
-std::string one(const std::string &device)
-{
-    return R"({"D":)" + device + "}";
-}
-
-std::string batch(const std::string &devices)
-{
-    return R"({"D":{"items":[)" + devices + "]}}";
-}
-
 uint32_t add(const std::string &device)
 {
     return send(addDevice, one(device));
@@ -1191,14 +1181,6 @@ TEST_F(Devices, UpdateSectionAnswers0AndIsUndoneWhenZonesCannotBeRead)
 }
 
 // ---- Release ----
-
-template<class T>
-T *block(T value)
-{
-    T *made = static_cast<T *>(std::calloc(1, sizeof(T)));
-    *made = value;
-    return made;
-}
 
 template<class T>
 T *blocks(uint32_t count)

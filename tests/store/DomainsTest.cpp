@@ -14,16 +14,6 @@ namespace {
 // Every field, each with a value of its own.
 const char *const North = R"({"id":3,"name":"North","org_id":2,"locale_id":1})";
 
-std::string batch(const std::string &items)
-{
-    return R"({"D":{"items":[)" + items + "]}}";
-}
-
-std::string one(const std::string &record)
-{
-    return R"({"D":)" + record + "}";
-}
-
 class Domains : public StoreTest
 {
 protected:
@@ -1072,14 +1062,6 @@ TEST_F(Domains, GuardsAndReadersAnswerWithoutALaunchedLibrary)
 }
 
 // ---- Freeing ----
-
-template<class T>
-T *block(const T &content)
-{
-    T *made = static_cast<T *>(std::malloc(sizeof(T)));
-    *made = content;
-    return made;
-}
 
 uint16_t *text()
 {

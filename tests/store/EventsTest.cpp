@@ -21,16 +21,6 @@ Row fullRow()
             "1100", "-8",   "d",  "9", "7", "70",  "1", "1", R"({"k":[1]})"};
 }
 
-std::string one(const std::string &event)
-{
-    return R"({"D":)" + event + "}";
-}
-
-std::string batch(const std::string &events)
-{
-    return R"({"D":{"items":[)" + events + "]}}";
-}
-
 // An event of one more member.
 std::string eventWith(const std::string &key, const std::string &value)
 {

@@ -18,16 +18,6 @@ constexpr char works[] =
     R"("address_text":"Pier 3","locale_id":1,)"
     R"("contact":{"id":5,"name":"Eve","phone":"+7 1","email":"eve@x","postal":"Box 9"}})";
 
-std::string one(const std::string &object)
-{
-    return R"({"D":)" + object + "}";
-}
-
-std::string batch(const std::string &objects, const std::string &more = "")
-{
-    return R"({"D":{"items":[)" + objects + (more.empty() ? "" : ",") + more + "]}}";
-}
-
 // The rows that `works` makes.
 Row worksRow()
 {

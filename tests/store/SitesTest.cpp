@@ -20,16 +20,6 @@ const char *const allSites = "SELECT SitesId,SitesName,SitesComment,SitesExtra,S
 const char *const allLocations = "SELECT LocationsId,LocationsLatitude,LocationsLongitude FROM Locations "
                                  "ORDER BY LocationsId";
 
-std::string batch(const std::string &sites)
-{
-    return R"({"D":{"items":[)" + sites + "]}}";
-}
-
-std::string one(const std::string &site)
-{
-    return R"({"D":)" + site + "}";
-}
-
 struct NameAndAddress
 {
     uint32_t code;

@@ -15,16 +15,6 @@ namespace {
 const char *const Ann = R"({"id":7,"name":"Ann","login":"ann7","contacts":"room 5","active":1,"domain":3,"org":2,)"
                         R"("roles":4,"phone":79991234567})";
 
-std::string batch(const std::string &items)
-{
-    return R"({"D":{"items":[)" + items + "]}}";
-}
-
-std::string one(const std::string &record)
-{
-    return R"({"D":)" + record + "}";
-}
-
 class Users : public StoreTest
 {
 protected:
@@ -1239,14 +1229,6 @@ TEST_F(Users, GuardsAndReadersAnswerWithoutALaunchedLibrary)
 }
 
 // ---- Freeing ----
-
-template<class T>
-T *block(const T &content)
-{
-    T *made = static_cast<T *>(std::malloc(sizeof(T)));
-    *made = content;
-    return made;
-}
 
 uint16_t *text()
 {

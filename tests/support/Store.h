@@ -5,6 +5,7 @@
 #include "brimlet.h"
 
 #include <cstdint>
+#include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -28,6 +29,16 @@ template<class T>
 std::optional<T> value(const T *block)
 {
     return block ? std::optional<T>(*block) : std::nullopt;
+}
+
+// A document that holds one record, and one that holds several; `more` is for those that stand in another constant.
+inline std::string one(const std::string &object)
+{
+    return R"({"D":)" + object + "}";
+}
+inline std::string batch(const std::string &objects, const std::string &more = "")
+{
+    return R"({"D":{"items":[)" + objects + (more.empty() ? "" : ",") + more + "]}}";
 }
 
 // Calls an export that ends in a JSON text: send(addUsers, R"({...})"), send(updateUser, &user, R"({...})").
@@ -63,6 +74,15 @@ uint32_t find(Function function, Out **out, uint32_t *count, const std::string &
 }
 
 // ---- Records ----
+
+// A block of the shared allocator with a value in it, for flat records made by hand.
+template<class T>
+T *block(const T &content)
+{
+    T *made = static_cast<T *>(std::malloc(sizeof(T)));
+    *made = content;
+    return made;
+}
 
 // A flat record that frees itself, and fails the test where that answers anything but 0.
 struct Free
