@@ -100,7 +100,7 @@ class Structure : public ::testing::Test
 protected:
     Structure()
     {
-        QSqlDatabase::registerSqlDriver(QStringLiteral("QSQLITE"), new QSqlDriverCreator<CountingDriver>);
+        QSqlDatabase::registerSqlDriver(driver, new QSqlDriverCreator<CountingDriver>);
         database = std::make_unique<SQLiteDatabase>();
         database->open(QStringLiteral("structure"));
         counts = Counts();
@@ -109,8 +109,10 @@ protected:
     {
         database.reset();
         QSqlDatabase::removeDatabase(QString());
+        QSqlDatabase::registerSqlDriver(driver, nullptr);
     }
 
+    const QString driver = QStringLiteral("QSQLITE");
     std::unique_ptr<SQLiteDatabase> database;
 };
 
