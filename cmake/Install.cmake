@@ -1,0 +1,57 @@
+# What `cmake --install` puts where. Components, each of them a Debian package too: runtime, development, tools.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+# The headers have plain names, so they get a folder of their own; the package and pkg-config name it to the compiler.
+set(header_directory ${CMAKE_INSTALL_INCLUDEDIR}/brimlet)
+set(package_directory ${CMAKE_INSTALL_LIBDIR}/cmake/Brimlet)
+set(pkgconfig_directory ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+set(documentation_directory ${CMAKE_INSTALL_DATAROOTDIR}/doc/brimlet)
+
+install(TARGETS brimlet EXPORT BrimletTargets
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+    INCLUDES DESTINATION ${header_directory})
+install(FILES
+    src/api/brimlet.h
+    src/api/FlatRecords.h
+    src/api/ResultCodes.h
+    bindings/cpp/brimlet.hpp
+    DESTINATION ${header_directory} COMPONENT development)
+
+# find_package(Brimlet)
+install(EXPORT BrimletTargets NAMESPACE Brimlet:: DESTINATION ${package_directory} COMPONENT development)
+configure_package_config_file(cmake/BrimletConfig.cmake.in ${PROJECT_BINARY_DIR}/BrimletConfig.cmake
+    INSTALL_DESTINATION ${package_directory})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/BrimletConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/BrimletConfig.cmake ${PROJECT_BINARY_DIR}/BrimletConfigVersion.cmake
+    DESTINATION ${package_directory} COMPONENT development)
+
+# pkg-config, with a prefix that follows the file, so that the tree can be moved.
+if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+    set(pkgconfig_prefix ${CMAKE_INSTALL_PREFIX})
+else()
+    file(RELATIVE_PATH up /${pkgconfig_directory} /)
+    string(REGEX REPLACE "/$" "" up "${up}")
+    set(pkgconfig_prefix "\${pcfiledir}/${up}")
+endif()
+configure_file(cmake/brimlet.pc.in brimlet.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/brimlet.pc DESTINATION ${pkgconfig_directory} COMPONENT development)
+
+# Documentation, and the example client with its data, ready to be built on the installed library.
+install(FILES README.md CHANGELOG.md DESTINATION ${documentation_directory} COMPONENT development)
+install(DIRECTORY docs DESTINATION ${documentation_directory} COMPONENT development FILES_MATCHING PATTERN "*.md")
+install(DIRECTORY examples/ DESTINATION ${documentation_directory}/examples COMPONENT development
+    PATTERN "CMakeLists.txt" EXCLUDE)
+install(FILES cmake/InstalledExample.cmake DESTINATION ${documentation_directory}/examples RENAME CMakeLists.txt
+    COMPONENT development)
+
+# The Python package, and the companion command that runs it.
+set(python_package ${PROJECT_SOURCE_DIR}/bindings/python/brimlet)
+if(EXISTS ${python_package}/__main__.py)
+    set(python_directory lib/python3/dist-packages)
+    install(DIRECTORY ${python_package} DESTINATION ${python_directory} COMPONENT tools
+        PATTERN "__pycache__" EXCLUDE)
+    install(PROGRAMS cmake/brimlet.py DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME brimlet COMPONENT tools)
+endif()

@@ -1,0 +1,219 @@
+// What Session of brimlet.hpp does when a launch takes too long or comes back, over stand-ins for the functions of the
+// library's life, so that the test says when a launch is over.
+#include "brimlet.hpp"
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace brimlet;
+using namespace std::chrono_literals;
+
+std::atomic<bool> mayRun{false};    // the launch waits for this
+std::atomic<bool> comesBack{false}; // or comes back at once
+std::atomic<uint32_t> state{0};
+std::atomic<int> launches{0};
+std::atomic<int> exits{0};
+std::atomic<int> misses{0}; // exits that an event loop would not have seen
+std::atomic<uint32_t> firstResult{BRIMLET_LAUNCH_CREATED};
+std::atomic<int> filesAtLaunch{0}; // how many of the store's files the last launch found
+
+// Looks back when the process ends, after the host of the sessions: it is made before.
+struct Witness
+{
+    ~Witness()
+    {
+        if (isAsked)
+            std::fprintf(stderr, "%d launches, %d exits\n", launches.load(), exits.load());
+    }
+    bool isAsked = false;
+} witness;
+
+LaunchOptions within(std::chrono::milliseconds timeout)
+{
+    LaunchOptions options;
+    options.timeout = timeout;
+    return options;
+}
+
+} // namespace
+
+int32_t launchCache()
+{
+    ++launches;
+    filesAtLaunch = fs::exists("CacheDb") + fs::exists("CacheDb-journal");
+    while (!mayRun && !comesBack)
+        std::this_thread::yield();
+    if (comesBack)
+        return 0;
+    state = 2;
+    while (state != 0)
+        std::this_thread::yield();
+    return 0;
+}
+
+void exitCache()
+{
+    ++exits;
+    if (state.exchange(0) != 2)
+        ++misses;
+}
+
+uint32_t getState()
+{
+    return state;
+}
+
+uint32_t getLaunchCacheResult()
+{
+    if (state == 0)
+        return BRIMLET_LAUNCH_NONE;
+    return launches == 1 ? firstResult.load() : uint32_t{BRIMLET_LAUNCH_CREATED};
+}
+
+namespace {
+
+TEST(BindingLaunch, ThatTakesTooLongIsAnErrorAndIsEndedByTheNextSession)
+{
+    EXPECT_THROW(Session(".", within(5ms)), LaunchTimedOut);
+    EXPECT_EQ(exits, 0); // an exit now would be missed
+
+    EXPECT_THROW(Session(".", within(5ms)), LaunchTimedOut); // still the same launch
+    EXPECT_EQ(launches, 1);
+
+    mayRun = true;
+    {
+        const Session session;
+        EXPECT_EQ(session.report().first, LaunchResult::Created);
+        EXPECT_EQ(launches, 2);
+        EXPECT_EQ(exits, 1);
+    }
+    EXPECT_EQ(exits, 2);
+    EXPECT_EQ(misses, 0);
+}
+
+TEST(BindingLaunch, ThatTakesTooLongKeepsItsWorkingDirectoryUntilItIsOver)
+{
+    const fs::path before = fs::current_path();
+    const fs::path elsewhere = fs::temp_directory_path();
+    ASSERT_NE(before, elsewhere);
+    EXPECT_THROW(Session(elsewhere, within(5ms)), LaunchTimedOut);
+    EXPECT_EQ(fs::current_path(), elsewhere); // where the launch is about to look for its file
+
+    mayRun = true;
+    const Session session(before);
+    EXPECT_EQ(fs::current_path(), before);
+}
+
+TEST(BindingLaunch, ThatComesBackIsAnError)
+{
+    const fs::path before = fs::current_path();
+    comesBack = true;
+    EXPECT_THROW(Session(fs::temp_directory_path()), LaunchEnded);
+    EXPECT_EQ(fs::current_path(), before);
+
+    comesBack = false;
+    mayRun = true;
+    EXPECT_TRUE(Session().isUsable()); // the next one is not disturbed
+    EXPECT_EQ(exits, 1);
+}
+
+TEST(BindingLaunch, ThatNobodyWaitedForIsEndedWithTheProcess)
+{
+    EXPECT_EXIT(
+        {
+            witness.isAsked = true;
+            std::atexit([] { std::fputs("end of the process, ", stderr); });
+            try {
+                const Session session(".", within(5ms));
+            } catch (const LaunchTimedOut &) {
+            }
+            std::atexit([] { mayRun = true; });
+            std::exit(0);
+        },
+        ::testing::ExitedWithCode(0), "end of the process, 1 launches, 1 exits");
+}
+
+TEST(BindingLaunch, ThatCameBackUnnoticedIsHarmlessAtTheEndOfTheProcess)
+{
+    EXPECT_EXIT(
+        {
+            try {
+                const Session session(".", within(5ms));
+            } catch (const LaunchTimedOut &) {
+            }
+            std::atexit([] { comesBack = true; });
+            std::exit(3);
+        },
+        ::testing::ExitedWithCode(3), "");
+}
+
+// ---- Recovery ----
+
+// A directory with a file and a journal, as a session would find it after a crash.
+class BindingLaunchOnFiles : public ::testing::TestWithParam<uint32_t>
+{
+protected:
+    BindingLaunchOnFiles()
+    {
+        std::string pattern = (fs::temp_directory_path() / "brimlet-XXXXXX").string();
+        if (!mkdtemp(pattern.data()))
+            throw std::runtime_error("no temporary directory");
+        directory = pattern;
+        for (const char *name : {"CacheDb", "CacheDb-journal", "other"})
+            std::ofstream(directory / name) << "content";
+        mayRun = true;
+    }
+
+    ~BindingLaunchOnFiles() override { fs::remove_all(directory); }
+
+    fs::path directory;
+};
+
+class BindingLaunchReplaced : public BindingLaunchOnFiles
+{
+};
+
+TEST_P(BindingLaunchReplaced, IsFollowedByALaunchWithoutFileAndJournal)
+{
+    firstResult = GetParam();
+    const Session session(directory);
+    EXPECT_EQ(launches, 2);
+    EXPECT_EQ(exits, 1);
+    EXPECT_EQ(filesAtLaunch, 0);
+    EXPECT_TRUE(fs::exists(directory / "other"));
+    EXPECT_EQ(static_cast<uint32_t>(session.report().first), GetParam());
+    EXPECT_EQ(session.report().second, LaunchResult::Created);
+}
+
+INSTANTIATE_TEST_SUITE_P(Results, BindingLaunchReplaced, ::testing::Values(101u, 102u, 103u));
+
+class BindingLaunchNotReplaced : public BindingLaunchOnFiles
+{
+};
+
+TEST_P(BindingLaunchNotReplaced, IsTheOnlyOneAndLeavesTheFiles)
+{
+    firstResult = GetParam();
+    const Session session(directory);
+    EXPECT_EQ(launches, 1);
+    EXPECT_EQ(filesAtLaunch, 2);
+    EXPECT_TRUE(fs::exists(directory / "CacheDb"));
+    EXPECT_TRUE(fs::exists(directory / "CacheDb-journal"));
+    EXPECT_EQ(static_cast<uint32_t>(session.report().first), GetParam());
+    EXPECT_EQ(session.report().second, std::nullopt);
+}
+
+INSTANTIATE_TEST_SUITE_P(Results, BindingLaunchNotReplaced, ::testing::Values(0u, 6u, 100u));
+
+} // namespace

@@ -1,0 +1,22 @@
+// Mistakes that a client in C++ could make, each behind its own switch. They must not compile.
+#include "brimlet.hpp"
+
+void useSession(brimlet::Session &session)
+{
+    const auto user = session.getUser(7);
+    if (user)
+        (void)user->name();
+#ifdef MISTAKE_VIEW_OF_A_TEMPORARY
+    (void)session.getUser(7)->name(); // the record would be freed, and the view with it
+#endif
+#ifdef MISTAKE_RANGE_OF_A_TEMPORARY
+    for (const brimlet::ZoneView zone : session.getSection(1, 2).value()->zones())
+        (void)zone.name();
+#endif
+#ifdef MISTAKE_COPIED_OWNER
+    const auto copy = user;
+#endif
+#ifdef MISTAKE_COPIED_SESSION
+    brimlet::Session copy = session;
+#endif
+}

@@ -1,0 +1,42 @@
+// The story of a client in C++, in small. It knows nothing but the installed headers.
+#include <brimlet.hpp>
+
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+
+namespace {
+
+void expect(bool holds, const char *what)
+{
+    if (!holds)
+        throw std::runtime_error(what);
+}
+
+void tell()
+{
+    brimlet::Answer<brimlet::Record<brimlet::UserView>> kept(brimlet::Code::NotFound);
+    {
+        brimlet::Session session;
+        expect(session.report().first == brimlet::LaunchResult::Created, "the file is created");
+        expect(session.addUsers(R"({"D":{"items":[{"id":7,"name":"Anna"},{"id":8}]}})") == brimlet::Code::Done,
+               "users are added");
+        expect(session.getUsers().value().size() == 2, "all users are read");
+        kept = session.getUser(7);
+    }
+    expect(kept->name() == u"Anna", "a user outlives the session");
+}
+
+} // namespace
+
+int main()
+{
+    try {
+        tell();
+        std::cout << "the story in C++ is told\n";
+        return EXIT_SUCCESS;
+    } catch (const std::exception &failure) {
+        std::cerr << "failed: " << failure.what() << '\n';
+        return EXIT_FAILURE;
+    }
+}

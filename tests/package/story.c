@@ -1,0 +1,59 @@
+/* The story of a client in C, in small: launch, add, read, free, exit. It knows nothing but the installed header. */
+#define _POSIX_C_SOURCE 200809L
+#include <brimlet.h>
+
+#include <pthread.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <time.h>
+
+static const uint16_t document[] = u"{\"D\":{\"items\":[{\"id\":7,\"name\":\"Anna\"},{\"id\":8}]}}";
+static const uint16_t anna[] = u"Anna";
+
+static void expect(int holds, const char *what)
+{
+    if (!holds) {
+        fprintf(stderr, "failed: %s\n", what);
+        exit(EXIT_FAILURE);
+    }
+}
+
+static int areEqual(const uint16_t *one, const uint16_t *other)
+{
+    while (*one != 0 && *one == *other) {
+        ++one;
+        ++other;
+    }
+    return *one == *other;
+}
+
+static void *launch(void *unused)
+{
+    launchCache();
+    return unused;
+}
+
+int main(void)
+{
+    const struct timespec pause = {0, 1000000};
+    pthread_t thread;
+    FlatUser *user = NULL;
+    FlatUser *users = NULL;
+    uint32_t count = 0;
+
+    expect(pthread_create(&thread, NULL, launch, NULL) == 0, "the launch thread starts");
+    while (getState() != BRIMLET_STATE_RUNNING)
+        nanosleep(&pause, NULL);
+    expect(getLaunchCacheResult() == BRIMLET_LAUNCH_CREATED, "the file is created");
+
+    expect(addUsers(document, sizeof document / sizeof *document - 1) == BRIMLET_DONE, "users are added");
+    expect(getUser(&user, 7) == BRIMLET_DONE && user->name && areEqual(user->name, anna), "a user is read");
+    expect(getUsers(&users, &count) == BRIMLET_DONE && count == 2, "all users are read");
+
+    exitCache();
+    expect(pthread_join(thread, NULL) == 0, "the launch thread ends");
+    expect(freeUser(user) == BRIMLET_DONE, "a user is freed after the exit");
+    expect(freeUsersArray(users, count) == BRIMLET_DONE, "all users are freed after the exit");
+    puts("the story in C is told");
+    return EXIT_SUCCESS;
+}
