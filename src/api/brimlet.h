@@ -163,7 +163,7 @@ BRIMLET_API uint32_t freeDomainsArray(FlatDomain *domains, uint32_t count);
 
 /* ---- Users -----------------------------------------------------------------------------------------------------
  * JSON: "id" number, required; "name", "login", "contacts" text; "active" flag; "domain", "org", "roles" number;
- * "phone" number, exact up to 2^53 and, from there to 2^63, as far as a double carries it. Searchable: all nine.
+ * "phone" number, exact up to 2^52 and, from there to 2^63, as far as a double carries it. Searchable: all nine.
  */
 
 /** Adds users. @param json batch @param length its length in UTF-16 units @return 0, 5, 9, 10 */
