@@ -1,0 +1,40 @@
+// The library in a directory of its own, in memory where there is such a place.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <thread>
+
+namespace brimlet::fuzz {
+
+// Made the working directory, and removed with all it holds. It lies in TMPDIR, or else in memory.
+class Directory
+{
+public:
+    Directory();
+    ~Directory();
+    Directory(const Directory &) = delete;
+    Directory &operator=(const Directory &) = delete;
+
+private:
+    std::string before;
+    std::string name;
+};
+
+// Launched by the constructor on a thread of its own, exited by the destructor.
+class Library
+{
+public:
+    Library();
+    ~Library();
+    Library(const Library &) = delete;
+    Library &operator=(const Library &) = delete;
+
+private:
+    std::thread thread;
+};
+
+// Silences the log, and has Qt allocate what it never frees out of the leak checker's sight.
+void quietly();
+
+} // namespace brimlet::fuzz
