@@ -1,0 +1,309 @@
+"""The companion command `brimlet`: the library's functions and a look at its file, from a shell.
+
+The exit status is the code of the function: 0, or what brimlet.h says (8 for not found). 1 means that it did not come
+to a call or that an inspection found something, 2 that the command line is wrong, 6 that the store cannot be used.
+"""
+
+import argparse
+import difflib
+import json
+import os
+import sqlite3
+import sys
+from pathlib import Path
+from typing import Any, Callable, Dict, Optional, Sequence
+
+from .codes import Code, Error, LaunchResult, code_of, error_for
+from .documents import Form
+from .folder import Loaded, UnknownDocument, load, plan
+from .functions import FUNCTIONS, DocumentInput, Function, Gives, Input, NumberInput, Role
+from .inspection import Inspection, inspect
+from .output import (
+    Table, bytes_shown, complain, print_json, print_table, print_tree, table_of, tree_of, with_progress,
+)
+from .session import FILE_NAME, Session
+from .version import __version__
+
+_NOTHING_DONE = 1
+_WRONG_LINE = 2
+_LAST_TIME = 2**32 - 1
+
+# The records that have an id of their own: getDevice, getSite ...
+_SHOWN: Dict[str, str] = {
+    entry.family.__name__.lower(): name
+    for name, entry in FUNCTIONS.items()
+    if entry.family and name == "get" + entry.family.__name__ and len(entry.takes) == 1
+}
+
+
+class _Failure(Error):
+    """A message for the user, and the exit status."""
+
+    def __init__(self, words: str, status: int = _NOTHING_DONE) -> None:
+        super().__init__(words)
+        self.status = status
+
+
+# ---- The library ----
+
+
+def _open(options: argparse.Namespace, needs_file: bool = False) -> Session:
+    directory = Path(options.dir)
+    if needs_file and not (directory / FILE_NAME).exists():
+        raise _Failure(f"there is no {FILE_NAME} in {directory}")
+    if not options.verbose:  # the library's debug lines, and a warning about the main thread
+        os.environ.setdefault("QT_LOGGING_RULES", "default.debug=false\ndefault.warning=false")
+    session = Session(directory, library=options.library, timeout=options.timeout, recover=not options.no_recover)
+    report = session.report
+    if report.second is not None:
+        complain(f"{int(report.first)}, {report.first.meaning}; it was removed, and launched again: "
+                 f"{int(report.second)}, {report.second.meaning}")
+    if not session.is_usable:
+        session.close()
+        raise _Failure(f"{int(report.last)}, {report.last.meaning}", int(LaunchResult.FAILED))
+    return session
+
+
+def _finish(name: str, code: int) -> int:
+    if code != Code.DONE:
+        complain(str(error_for(name, code)))
+    return int(code)
+
+
+def _print_value(value: Any, as_table: bool) -> None:
+    if as_table:
+        print_table(table_of(value))
+    else:
+        print_json(value)
+
+
+# ---- call ----
+
+
+def _function(name: str) -> "Function[Any]":
+    entry = FUNCTIONS.get(name)
+    if entry is None:
+        close = difflib.get_close_matches(name, FUNCTIONS, 3)
+        hint = f", did you mean {' or '.join(close)}?" if close else "; `brimlet functions` lists them"
+        raise _Failure(f"there is no function {name}{hint}", _WRONG_LINE)
+    if entry.role is not Role.CALL:
+        raise _Failure(f"{name} cannot be called from here: it is called by {entry.role.value}", _WRONG_LINE)
+    return entry
+
+
+def _text(argument: str) -> str:
+    """The text of an argument: that of standard input for "-", that of a file for "@file", else itself."""
+    if argument == "-":
+        return sys.stdin.buffer.read().decode("utf-8-sig")
+    if argument.startswith("@@"):
+        return argument[1:]
+    if argument.startswith("@"):
+        return Path(argument[1:]).read_text(encoding="utf-8-sig")
+    return argument
+
+
+def _document(text: str, form: Form) -> str:
+    """A document as it is, with the envelope around it where it has none. The library refuses what is no JSON."""
+    try:
+        content = json.loads(text)
+        if isinstance(content, dict) and "D" in content:
+            return text
+        return json.dumps({"D": form.payload(content)})
+    except (ValueError, TypeError):
+        return text
+
+
+def _number(text: str) -> int:
+    try:
+        return int(text)
+    except ValueError:
+        raise _Failure(f"{text} is not a number", _WRONG_LINE) from None
+
+
+def _argument(put: Input, argument: str) -> Any:
+    if isinstance(put, NumberInput):
+        return _number(argument)
+    text = _text(argument)
+    return _document(text, put.form) if isinstance(put, DocumentInput) else text
+
+
+def _call(options: argparse.Namespace) -> int:
+    entry = _function(options.function)
+    if len(options.arguments) != len(entry.takes):
+        raise _Failure(f"{entry} takes {len(entry.takes)} arguments, not {len(options.arguments)}", _WRONG_LINE)
+    arguments = [_argument(put, argument) for put, argument in zip(entry.takes, options.arguments)]
+    with _open(options) as session:
+        code, value = session.answer(entry.name, *arguments)
+    if entry.is_list_read and code == Code.NOT_FOUND:
+        value = []
+    if entry.gives is not Gives.NOTHING and (code == Code.DONE or value == []):
+        _print_value(value, options.table)
+    return _finish(entry.name, code)
+
+
+def _functions(options: argparse.Namespace) -> int:
+    for entry in FUNCTIONS.values():
+        if entry.role is Role.CALL:
+            print(entry)
+    return 0
+
+
+# ---- load ----
+
+
+def _load(options: argparse.Namespace) -> int:
+    folder = Path(options.folder)
+    if not folder.is_dir():
+        raise _Failure(f"there is no folder {folder}")
+    steps = plan(folder)
+    with _open(options) as session:
+        done = list(with_progress(load(session, folder, steps), len(steps), "loading"))
+    answers = [[step.file, step.function, _answer_shown(step)] for step in done]
+    print_table(Table(["document", "function", "answer"], answers))
+    return next((int(step.code) for step in done if step.code != Code.DONE), 0)
+
+
+def _answer_shown(step: Loaded) -> str:
+    code = code_of(step.code)
+    return f"{int(code)}, {code.meaning}" if isinstance(code, Code) else str(code)
+
+
+# ---- show, events ----
+
+
+def _show(options: argparse.Namespace) -> int:
+    name = _SHOWN[options.kind]
+    with _open(options, needs_file=True) as session:
+        code, record = session.answer(name, options.id)
+    if code == Code.DONE:
+        print_tree(tree_of(record))
+    return _finish(name, code)
+
+
+def _events(options: argparse.Namespace) -> int:
+    with _open(options, needs_file=True) as session:
+        code, events = session.answer("getEvents", options.first, options.last)
+    if code in (Code.DONE, Code.NOT_FOUND):
+        _print_value(sorted(events or [], key=lambda event: (event.time or 0, event.id)), options.table)
+    return _finish("getEvents", code)
+
+
+# ---- inspect ----
+
+
+def _inspect(options: argparse.Namespace) -> int:
+    file = Path(options.dir) / FILE_NAME
+    if not file.exists():
+        raise _Failure(f"there is no {FILE_NAME} in {options.dir}")
+    try:
+        found = inspect(file)
+    except sqlite3.Error as failure:
+        raise _Failure(f"{file} cannot be read: {failure}") from None
+    if options.json:
+        print_json(found)
+    else:
+        _print_inspection(found)
+    return 0 if found.is_sound else _NOTHING_DONE
+
+
+def _print_inspection(found: Inspection) -> None:
+    print("schema: " + ("as expected" if not found.schema else ""))
+    for difference in found.schema:
+        print("  " + difference)
+    print("pages: " + ("sound" if not found.pages else ""))
+    for complaint in found.pages:
+        print("  " + complaint)
+    print()
+    sizes = [[size.name, str(size.rows), bytes_shown(size.bytes)] for size in found.tables]
+    print_table(Table(["table", "rows", "bytes"], sizes))
+    if found.events:
+        print()
+        events = found.events
+        print_table(Table(["events", "count"], [
+            ["all", str(events.all)],
+            ["marked, kept until the mark is taken away", str(events.marked)],
+            ["that no purge can take", str(events.beyondPurge)],
+            ["  of them without a mark", str(events.withoutMark)],
+            ["  of them without a time", str(events.withoutTime)],
+            ["that no list shows, their device being unknown", str(events.ofUnknownDevices)],
+        ]))
+
+
+# ---- The command line ----
+
+
+def _parser() -> argparse.ArgumentParser:
+    parser = argparse.ArgumentParser(prog="brimlet", description=__doc__)
+    parser.add_argument("--version", action="version", version=f"brimlet {__version__}")
+    parser.add_argument("--dir", default=".", metavar="D", help="the folder of the file CacheDb; the current one")
+    parser.add_argument("--library", metavar="FILE", help="the shared library")
+    parser.add_argument("--timeout", type=float, default=10.0, metavar="S", help="seconds that a launch may take; 10")
+    parser.add_argument("--no-recover", action="store_true", help="leave a file that was replaced at launch as it is")
+    parser.add_argument("--verbose", action="store_true", help="let the library write its debug lines")
+    commands = parser.add_subparsers(metavar="COMMAND", required=True)
+
+    call = _command(commands, "call", _call, "call one of the library's functions by its name")
+    call.add_argument("function", help="getUser, addUsers ...; `brimlet functions` lists them")
+    call.add_argument("arguments", nargs="*", metavar="ARGUMENT",
+                      help='in the order of the list; a text or document also as @FILE or, from standard input, "-" '
+                           "(a text that begins with @ is written with two); a document may leave out its envelope")
+    _add_table(call)
+
+    _command(commands, "functions", _functions, "list the functions that can be called, with their arguments")
+
+    load_command = _command(commands, "load", _load, "load a folder of documents in the order their references need")
+    load_command.add_argument("folder", help="its files are named for their function: users.json, update_site.json ...")
+
+    show = _command(commands, "show", _show, "show a record with all that it holds as a tree")
+    show.add_argument("kind", choices=sorted(_SHOWN))
+    show.add_argument("id", type=int)
+
+    events = _command(commands, "events", _events, "list the events of known devices, by time")
+    events.add_argument("--from", dest="first", type=int, default=0, metavar="TIME", help="the first time; 0")
+    events.add_argument("--to", dest="last", type=int, default=_LAST_TIME, metavar="TIME", help="the last time; no end")
+    _add_table(events)
+
+    look = _command(commands, "inspect", _inspect, "look into the file, while the library is not running")
+    look.add_argument("--json", action="store_true", help="print JSON")
+    return parser
+
+
+def _command(
+    commands: Any, name: str, function: Callable[[argparse.Namespace], int], words: str
+) -> argparse.ArgumentParser:
+    command: argparse.ArgumentParser = commands.add_parser(name, help=words, description=words)
+    command.set_defaults(run=function)
+    return command
+
+
+def _add_table(parser: argparse.ArgumentParser) -> None:
+    parser.add_argument("--table", action="store_true", help="print a table instead of JSON")
+
+
+def run(arguments: Optional[Sequence[str]] = None) -> int:
+    """Runs the command and gives its exit status."""
+    options = _parser().parse_args(arguments)
+    try:
+        status: int = options.run(options)
+        sys.stdout.flush()
+        return status
+    except _Failure as failure:
+        complain(str(failure))
+        return failure.status
+    except UnknownDocument as failure:
+        complain(str(failure))
+        return _WRONG_LINE
+    except ValueError as failure:  # a number that does not fit, a file that is not UTF-8
+        complain(str(failure))
+        return _WRONG_LINE
+    except BrokenPipeError:
+        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
+        return _NOTHING_DONE
+    except (Error, OSError) as failure:
+        complain(str(failure))
+        return _NOTHING_DONE
+
+
+def main() -> None:
+    """The entry point."""
+    sys.exit(run())

@@ -1,0 +1,50 @@
+"""What the tests share: the source tree, a directory of its own for each test, and the companion command."""
+
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+import brimlet
+
+ROOT = Path(__file__).resolve().parents[2]
+DATA = ROOT / "examples" / "data"
+COMMAND = [sys.executable, "-m", "brimlet"]
+
+
+def source(path):
+    """The text of a file of the source tree."""
+    return (ROOT / path).read_text(encoding="utf-8")
+
+
+class DirectoryTest(unittest.TestCase):
+    """A test in a directory of its own, which is not the working directory."""
+
+    def setUp(self):
+        directory = tempfile.TemporaryDirectory()
+        self.addCleanup(directory.cleanup)
+        self.directory = Path(directory.name)
+        self.file = self.directory / "CacheDb"
+
+    def session(self, **options):
+        """A session that is closed at the end of the test."""
+        session = brimlet.Session(self.directory, **options)
+        self.addCleanup(session.close)
+        return session
+
+    def run_python(self, text, *arguments):
+        """Another interpreter on a text, in the test's directory."""
+        return subprocess.run([sys.executable, "-c", text, *arguments], cwd=self.directory, capture_output=True,
+                              text=True, timeout=120)
+
+    def run_command(self, *arguments, put=None):
+        """The companion command on the test's directory."""
+        return subprocess.run([*COMMAND, "--dir", str(self.directory), *arguments], input=put, capture_output=True,
+                              text=True, encoding="utf-8", timeout=120)
+
+
+def is_sanitized():
+    """Whether this process runs under AddressSanitizer, which has an allocator of its own."""
+    return "asan" in os.environ.get("LD_PRELOAD", "")

@@ -1,0 +1,55 @@
+"""The five-minute start and the package's introduction: their blocks run one after the other, as a reader would run
+them, and print what they say."""
+
+import os
+import re
+import shlex
+import subprocess
+import sys
+import unittest
+
+from support import COMMAND, ROOT, DirectoryTest, source
+
+
+def blocks(guide):
+    """(language, text, what it prints) for each block that runs. What it prints stands in the text block behind it."""
+    found = re.findall(r"^```(\w+)\n(.*?)^```$", source(guide), re.DOTALL | re.MULTILINE)
+    for (language, text), (further, printed) in zip(found, found[1:] + [("", "")]):
+        if language != "text":
+            yield language, text, printed if further == "text" else ""
+
+
+class GuideTest(DirectoryTest):
+    def test_the_five_minute_start(self):
+        self.assertEqual(self.run_blocks("docs/python.md"), 7)
+
+    def test_the_introduction(self):
+        self.assertEqual(self.run_blocks("bindings/python/README.md"), 1)
+
+    def run_blocks(self, guide):
+        """Runs the blocks of a guide and checks what they print. Gives their number."""
+        script = self.directory / "brimlet"
+        script.write_text("#!/bin/sh\nexec " + shlex.join(COMMAND) + ' "$@"\n')
+        script.chmod(0o755)
+        path = f"{self.directory}{os.pathsep}{os.environ['PATH']}"
+        before = ""
+        count = 0
+        for language, text, printed in blocks(guide):
+            with self.subTest(text=text):
+                if language == "python":
+                    # Imports of earlier blocks hold.
+                    command = [sys.executable, "-c", before + text]
+                    before = before or "import os, brimlet\n"
+                else:
+                    self.assertEqual(language, "sh")
+                    command = ["sh", "-c", text]
+                done = subprocess.run(command, cwd=self.directory, capture_output=True, text=True, encoding="utf-8",
+                                      timeout=120, env={**os.environ, "PATH": path, "BRIMLET": str(ROOT)})
+                self.assertEqual(done.returncode, 0, done.stderr)
+                self.assertEqual(done.stdout, printed)
+                count += 1
+        return count
+
+
+if __name__ == "__main__":
+    unittest.main()
