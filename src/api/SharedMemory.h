@@ -32,15 +32,22 @@ inline void freeShared(void *block)
 #endif
 }
 
-// A block for `count` elements, all zero. An exhausted allocator ends the process here: no client could go on with
-// half a record.
+// A block for `count` elements, which the caller fills whole. An exhausted allocator ends the process here: no client
+// could go on with half a record.
 template<class T>
-T *allocateZeroed(size_t count = 1)
+T *allocate(size_t count = 1)
 {
     void *block = allocateShared(count * sizeof(T));
     if (!block)
         std::abort();
-    return static_cast<T *>(std::memset(block, 0, count * sizeof(T)));
+    return static_cast<T *>(block);
+}
+
+// The same with all elements zero, for records, which have absent fields and gaps between them.
+template<class T>
+T *allocateZeroed(size_t count = 1)
+{
+    return static_cast<T *>(std::memset(allocate<T>(count), 0, count * sizeof(T)));
 }
 
 // A text with its terminator, or null for none.
@@ -49,7 +56,7 @@ inline uint16_t *copyText(const std::optional<QString> &text)
     if (!text)
         return nullptr;
     const size_t units = static_cast<size_t>(text->size()) + 1;
-    auto *block = allocateZeroed<uint16_t>(units);
+    auto *block = allocate<uint16_t>(units);
     std::memcpy(block, text->utf16(), units * sizeof(uint16_t));
     return block;
 }

@@ -9,6 +9,16 @@
 
 namespace brimlet {
 
+// A whole number of a row. SQLite gives it as a qint64, and that is taken as it is; what else a file may hold in its
+// place goes through Qt's conversion.
+template<class Number>
+Number readWhole(const QVariant &cell, Number (QVariant::*convert)(bool *) const)
+{
+    if (cell.userType() == QMetaType::LongLong)
+        return static_cast<Number>(*static_cast<const qint64 *>(cell.constData()));
+    return (cell.*convert)(nullptr);
+}
+
 template<class Value, class = void>
 constexpr bool isRecord = false;
 template<class Value>
@@ -32,7 +42,7 @@ struct ValueKind<quint32>
     static constexpr QVariant::Type type = QVariant::UInt;
     static constexpr const char *column = "UNSIGNED BIG INT";
     static QVariant bound(quint32 value) { return value; }
-    static quint32 read(const QVariant &cell) { return cell.toUInt(); }
+    static quint32 read(const QVariant &cell) { return readWhole(cell, &QVariant::toUInt); }
 };
 
 template<>
@@ -41,7 +51,7 @@ struct ValueKind<qint32>
     static constexpr QVariant::Type type = QVariant::Int;
     static constexpr const char *column = "UNSIGNED BIG INT";
     static QVariant bound(qint32 value) { return value; }
-    static qint32 read(const QVariant &cell) { return cell.toInt(); }
+    static qint32 read(const QVariant &cell) { return readWhole(cell, &QVariant::toInt); }
 };
 
 template<>
@@ -50,7 +60,7 @@ struct ValueKind<quint8>
     static constexpr QVariant::Type type = QVariant::Int;
     static constexpr const char *column = "UNSIGNED BIG INT";
     static QVariant bound(quint8 value) { return static_cast<qint32>(value); }
-    static quint8 read(const QVariant &cell) { return static_cast<quint8>(cell.toInt()); }
+    static quint8 read(const QVariant &cell) { return static_cast<quint8>(readWhole(cell, &QVariant::toInt)); }
 };
 
 template<>
