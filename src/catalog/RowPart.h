@@ -10,17 +10,17 @@
 
 namespace brimlet {
 
-// The names of a result's columns. Give it the query that stands on a row.
+// The names of a result's columns. Take the query's record before its first row: on a row it carries the values too.
 class ResultColumns
 {
 public:
-    explicit ResultColumns(const QSqlQuery &query);
+    explicit ResultColumns(const QSqlRecord &record) : result(record) {}
     // The place of a column, -1 where the result does not have it. Asking in the order of the select finds each name
     // at once.
     int find(const QString &name);
 
 private:
-    QStringList names;
+    const QSqlRecord result;
     int next = 0;
 };
 

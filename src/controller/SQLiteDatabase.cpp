@@ -102,7 +102,7 @@ bool SQLiteDatabase::isVersionValid()
         return false;
     QString number;
     if (query.next())
-        number = query.value(ResultColumns(query).find(tables.version.number)).toString();
+        number = query.value(ResultColumns(query.record()).find(tables.version.number)).toString();
     return number == schemaVersion;
 }
 

@@ -18,7 +18,7 @@ bool SQLiteDatabase::getServerIp(QString &ip)
     if (!run("get ip error"))
         return false;
     if (query.next())
-        ip = readCell<QString>(query, ResultColumns(query).find(tables.session.ip)).value_or(QString());
+        ip = readCell<QString>(query, ResultColumns(query.record()).find(tables.session.ip)).value_or(QString());
     return commit();
 }
 

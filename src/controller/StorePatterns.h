@@ -23,8 +23,9 @@ bool SQLiteDatabase::readOne(std::optional<Record> &record, Record (*readRow)(co
     if (!run(error))
         return false;
     record.reset();
+    const QSqlRecord result = query.record();
     if (query.next()) {
-        ResultColumns columns(query);
+        ResultColumns columns(result);
         record = readRow(query, Columns(tables, columns));
     }
     return true;
@@ -36,9 +37,10 @@ bool SQLiteDatabase::readList(std::vector<Record> &records, Record (*readRow)(co
 {
     if (!run(error))
         return false;
+    const QSqlRecord result = query.record();
     if (!query.next())
         return true;
-    ResultColumns names(query);
+    ResultColumns names(result);
     const Columns columns(tables, names);
     do
         records.push_back(readRow(query, columns));
