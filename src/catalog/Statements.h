@@ -74,8 +74,8 @@ public:
     {
         auto column = columns.begin();
         for (const quint32 parent : parents)
-            column++->append(parent);
-        forEachField(fields, [&](const auto &field) { column++->append(field.bound(record)); });
+            append(*column++, parent);
+        forEachField(fields, [&](const auto &field) { append(*column++, field.bound(record)); });
     }
 
     // Binds the lists in their order. The first one gives the batch its length; those of texts are one null longer,
@@ -93,6 +93,13 @@ public:
     }
 
 private:
+    // A list of QVariant copies what is appended to it; a value that is there already can be swapped in.
+    static void append(QVariantList &column, QVariant value)
+    {
+        column.append(QVariant());
+        column.last().swap(value);
+    }
+
     const List &fields;
     std::array<QVariantList, parentCount + std::tuple_size_v<List>> columns;
 };

@@ -65,10 +65,11 @@ bool readObjects(std::vector<Record> &records, const QJsonArray &array, ObjectRe
     for (const QJsonValue element : array) {
         if (!element.isObject())
             return false;
-        Record record;
-        if (!fill(record, element.toObject(), keys))
+        records.emplace_back();
+        if (!fill(records.back(), element.toObject(), keys)) {
+            records.pop_back();
             return false;
-        records.push_back(std::move(record));
+        }
     }
     return true;
 }
