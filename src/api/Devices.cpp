@@ -6,7 +6,7 @@ using namespace brimlet;
 uint32_t addDevice(const uint16_t *json, uint32_t length)
 {
     std::optional<Device> device;
-    if (const BrimletResult refused = readOneRecord(toString(json, length), device, fillDevice))
+    if (const BrimletResult refused = readOneRecord(documentText(json, length), device, fillDevice))
         return refused;
     return g_controller->addDevice(device); // the device as stored stays inside
 }

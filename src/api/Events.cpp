@@ -12,11 +12,11 @@ uint32_t addEvents(FlatEvent **events, uint32_t *count, const uint16_t *json, ui
 {
     // No guard, on purpose: what the target holds is overwritten.
     std::vector<Event> records;
-    if (const BrimletResult refused = readBatch(toString(json, length), records, fillEvent))
+    if (const BrimletResult refused = readBatch(documentText(json, length), records, fillEvent))
         return refused;
     if (const BrimletResult failed = g_controller->addEvents(records))
         return failed;
-    return putOut(events, count, records);
+    return putOut(events, count, std::move(records));
 }
 
 uint32_t getEvents(FlatEvent **events, uint32_t *count, uint32_t from, uint32_t to)
@@ -33,7 +33,7 @@ uint32_t removeAffectFlag(FlatEvent **event, const uint16_t *json, uint32_t leng
 {
     // No guard, on purpose: a block that the target holds is released on success.
     quint32 id = 0;
-    if (const BrimletResult refused = readBareId(toString(json, length), EventsTable().id.fieldKeys.third, id))
+    if (const BrimletResult refused = readBareId(documentText(json, length), EventsTable().id.fieldKeys.third, id))
         return refused;
     std::optional<Event> record;
     if (const BrimletResult failed = g_controller->removeAffectFlag(record, id))

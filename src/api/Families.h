@@ -7,6 +7,8 @@
 #include "api/brimlet.h"
 #include "json/Documents.h"
 
+#include <limits>
+
 namespace brimlet {
 
 using controller::Controller;
@@ -14,6 +16,17 @@ using controller::Controller;
 inline QString toString(const uint16_t *text, uint32_t length)
 {
     return QString::fromUtf16(text, static_cast<int>(length));
+}
+
+// A document as it lies in the client's memory, for the time of a call. What QString::fromUtf16 would not take over
+// unit by unit goes through it: no text, a byte order mark, a count beyond a QString's.
+inline QString documentText(const uint16_t *text, uint32_t length)
+{
+    const bool isPlain = text && length > 0 && length <= std::numeric_limits<int>::max() && *text != QChar::ByteOrderMark
+        && *text != QChar::ByteOrderSwapped;
+    if (!isPlain)
+        return toString(text, length);
+    return QString::fromRawData(reinterpret_cast<const QChar *>(text), static_cast<int>(length));
 }
 
 // Puts a record out in a block of its own, in place of the block that the target holds.
@@ -29,12 +42,13 @@ uint32_t putOut(FlatOf<Record> **out, const std::optional<Record> &record)
 }
 
 template<class Record>
-uint32_t putOut(FlatOf<Record> **out, uint32_t *count, const std::vector<Record> &records)
+uint32_t putOut(FlatOf<Record> **out, uint32_t *count, std::vector<Record> &&records)
 {
-    *out = flatArray(records);
+    const size_t size = records.size();
+    *out = flatArray(std::move(records));
     if (!*out)
         return BRIMLET_NO_BLOCK;
-    *count = static_cast<uint32_t>(records.size());
+    *count = static_cast<uint32_t>(size);
     return BRIMLET_DONE;
 }
 
@@ -45,7 +59,7 @@ uint32_t addRecords(const uint16_t *text, uint32_t length, ObjectReader<Record, 
                     BrimletResult (Controller::*add)(const std::vector<Record> &))
 {
     std::vector<Record> records;
-    if (const BrimletResult refused = readBatch(toString(text, length), records, fill))
+    if (const BrimletResult refused = readBatch(documentText(text, length), records, fill))
         return refused;
     return (g_controller->*add)(records);
 }
@@ -69,14 +83,14 @@ uint32_t updateRecord(FlatOf<Record> **out, const uint16_t *text, uint32_t lengt
 {
     if (*out)
         return BRIMLET_REFUSED;
-    return updateRecord(out, toString(text, length), fill, update);
+    return updateRecord(out, documentText(text, length), fill, update);
 }
 
 inline uint32_t deleteRecord(const uint16_t *text, uint32_t length, const QString &key,
                              BrimletResult (Controller::*remove)(quint32))
 {
     quint32 id = 0;
-    if (const BrimletResult refused = readBareId(toString(text, length), key, id))
+    if (const BrimletResult refused = readBareId(documentText(text, length), key, id))
         return refused;
     return (g_controller->*remove)(id);
 }
@@ -103,7 +117,7 @@ uint32_t getRecords(FlatOf<Record> **out, uint32_t *count,
     std::vector<Record> records;
     if (const BrimletResult failed = (g_controller->*get)(records, values...))
         return failed;
-    return putOut(out, count, records);
+    return putOut(out, count, std::move(records));
 }
 
 // The texts are looked at behind the guard.

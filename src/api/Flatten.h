@@ -7,6 +7,7 @@
 #include "api/SharedMemory.h"
 #include "catalog/Values.h"
 
+#include <iterator>
 #include <tuple>
 #include <vector>
 
@@ -68,7 +69,7 @@ struct CarriedValue
             flat.*flatMember = copyText(value);
         } else if (value) {
             using Cell = std::remove_pointer_t<FlatMember>;
-            flat.*flatMember = allocateZeroed<Cell>();
+            flat.*flatMember = allocate<Cell>();
             *(flat.*flatMember) = static_cast<Cell>(*value);
         }
     }
@@ -117,6 +118,23 @@ FlatOf<Record> *flatArray(const std::vector<Record> &records)
     auto *block = allocateZeroed<FlatOf<Record>>(records.size());
     for (size_t i = 0; i < records.size(); ++i)
         fillFlat(block[i], records[i]);
+    return block;
+}
+
+// The same for a list that may be long: half by half, the records go as soon as their flat forms are there.
+template<class Record>
+FlatOf<Record> *flatArray(std::vector<Record> &&records)
+{
+    if (records.empty())
+        return nullptr;
+    auto *block = allocateZeroed<FlatOf<Record>>(records.size());
+    auto *flat = block;
+    while (!records.empty()) {
+        const auto rest = records.begin() + static_cast<std::ptrdiff_t>(records.size() + 1) / 2;
+        for (auto record = records.begin(); record != rest; ++record)
+            fillFlat(*flat++, *record);
+        records = std::vector<Record>(std::make_move_iterator(rest), std::make_move_iterator(records.end()));
+    }
     return block;
 }
 
@@ -173,7 +191,7 @@ struct CarriedNumbers
         const std::vector<quint32> &numbers = record.*member;
         if (numbers.empty())
             return;
-        flat.*flatMember = allocateZeroed<uint32_t>(numbers.size());
+        flat.*flatMember = allocate<uint32_t>(numbers.size());
         std::memcpy(flat.*flatMember, numbers.data(), numbers.size() * sizeof(uint32_t));
         flat.*flatCount = static_cast<uint32_t>(numbers.size());
     }

@@ -7,7 +7,7 @@ uint32_t updateSection(FlatSection **section, const uint16_t *json, uint32_t len
 {
     if (*section)
         return BRIMLET_REFUSED;
-    const QString text = toString(json, length);
+    const QString text = documentText(json, length);
     quint32 deviceId = 0;
     if (const BrimletResult refused = readBareId(text, SectionsTable().deviceId.fieldKeys.second, deviceId))
         return refused;
@@ -16,7 +16,7 @@ uint32_t updateSection(FlatSection **section, const uint16_t *json, uint32_t len
 
 uint32_t deleteSection(const uint16_t *json, uint32_t length)
 {
-    const QString text = toString(json, length);
+    const QString text = documentText(json, length);
     const SectionsTable keys;
     quint32 deviceId = 0;
     if (const BrimletResult refused = readBareId(text, keys.deviceId.fieldKeys.second, deviceId))

@@ -20,7 +20,7 @@ uint32_t updateZone(FlatZone **zone, const uint16_t *json, uint32_t length)
 {
     if (*zone)
         return BRIMLET_REFUSED;
-    const QString text = toString(json, length);
+    const QString text = documentText(json, length);
     quint32 deviceId = 0;
     quint32 sectionId = 0;
     if (const BrimletResult refused = readParents(deviceId, sectionId, text))
@@ -30,7 +30,7 @@ uint32_t updateZone(FlatZone **zone, const uint16_t *json, uint32_t length)
 
 uint32_t deleteZone(const uint16_t *json, uint32_t length)
 {
-    const QString text = toString(json, length);
+    const QString text = documentText(json, length);
     quint32 deviceId = 0;
     quint32 sectionId = 0;
     if (const BrimletResult refused = readParents(deviceId, sectionId, text))
