@@ -58,12 +58,11 @@ ContractColumns::ContractColumns(const TableCatalog &tables, ResultColumns &colu
 {
 }
 
-Contract TableCatalog::readContractRow(const QSqlQuery &query, const ContractColumns &columns)
+void TableCatalog::readContractRow(Contract &contract, const QSqlQuery &query, const ContractColumns &columns)
 {
-    Contract contract = columns.read(query);
-    contract.contractor = joined(query, columns.contractor, readContractorRow);
-    contract.user = joined(query, columns.user, readUserRow);
-    return contract;
+    columns.read(contract, query);
+    readJoined(contract.contractor, query, columns.contractor, readContractorRow);
+    readJoined(contract.user, query, columns.user, readUserRow);
 }
 
 } // namespace brimlet

@@ -44,9 +44,9 @@ ContractorColumns::ContractorColumns(const TableCatalog &tables, ResultColumns &
 {
 }
 
-Contractor TableCatalog::readContractorRow(const QSqlQuery &query, const ContractorColumns &columns)
+void TableCatalog::readContractorRow(Contractor &contractor, const QSqlQuery &query, const ContractorColumns &columns)
 {
-    return columns.read(query);
+    columns.read(contractor, query);
 }
 
 } // namespace brimlet

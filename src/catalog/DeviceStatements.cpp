@@ -59,11 +59,10 @@ DeviceColumns::DeviceColumns(const TableCatalog &tables, ResultColumns &columns)
 {
 }
 
-Device TableCatalog::readDeviceRow(const QSqlQuery &query, const DeviceColumns &columns)
+void TableCatalog::readDeviceRow(Device &device, const QSqlQuery &query, const DeviceColumns &columns)
 {
-    Device device = columns.read(query);
-    device.domain = joined(query, columns.domain, readDomainRow);
-    return device;
+    columns.read(device, query);
+    readJoined(device.domain, query, columns.domain, readDomainRow);
 }
 
 } // namespace brimlet

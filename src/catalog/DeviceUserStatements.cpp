@@ -40,9 +40,9 @@ DeviceUserColumns::DeviceUserColumns(const TableCatalog &tables, ResultColumns &
 {
 }
 
-DeviceUser TableCatalog::readDeviceUserRow(const QSqlQuery &query, const DeviceUserColumns &columns)
+void TableCatalog::readDeviceUserRow(DeviceUser &user, const QSqlQuery &query, const DeviceUserColumns &columns)
 {
-    return columns.read(query);
+    columns.read(user, query);
 }
 
 // ---- Their links to sections ----
@@ -67,12 +67,15 @@ void TableCatalog::prepareDeviceUserSectionLinksInsert(QSqlQuery &query, const s
     batch.bind(query);
 }
 
+QString TableCatalog::deviceUserLinksSelect() const
+{
+    return selectAllText(deviceUserSectionLinks.table) + where(deviceUserSectionLinks.deviceId)
+         + andWhere(deviceUserSectionLinks.deviceUserId);
+}
+
 void TableCatalog::prepareDeviceUserLinksSelect(QSqlQuery &query, quint32 deviceId, quint32 deviceUserId) const
 {
-    prepare(query,
-            selectAllText(deviceUserSectionLinks.table) + where(deviceUserSectionLinks.deviceId)
-                + andWhere(deviceUserSectionLinks.deviceUserId),
-            {deviceId, deviceUserId});
+    prepareSubRead(query, &TableCatalog::deviceUserLinksSelect, {deviceId, deviceUserId});
 }
 
 void TableCatalog::prepareLinksOfDeviceDelete(QSqlQuery &query, quint32 deviceId) const
@@ -93,9 +96,10 @@ DeviceUserLinkColumns::DeviceUserLinkColumns(const TableCatalog &tables, ResultC
 {
 }
 
-DeviceUserSectionLink TableCatalog::readDeviceUserLinkRow(const QSqlQuery &query, const DeviceUserLinkColumns &columns)
+void TableCatalog::readDeviceUserLinkRow(DeviceUserSectionLink &link, const QSqlQuery &query,
+                                         const DeviceUserLinkColumns &columns)
 {
-    return columns.read(query);
+    columns.read(link, query);
 }
 
 } // namespace brimlet

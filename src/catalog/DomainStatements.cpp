@@ -25,6 +25,11 @@ QString TableCatalog::domainsSelect() const
          + leftJoin(locales.table, domains.localeId.column, locales.id.column);
 }
 
+QString TableCatalog::domainSelectById() const
+{
+    return domainsSelect() + where(domains.id.column);
+}
+
 void TableCatalog::prepareDomainsSelect(QSqlQuery &query) const
 {
     prepare(query, domainsSelect());
@@ -32,7 +37,7 @@ void TableCatalog::prepareDomainsSelect(QSqlQuery &query) const
 
 void TableCatalog::prepareDomainSelectById(QSqlQuery &query, quint32 id) const
 {
-    prepare(query, domainsSelect() + where(domains.id.column), {id});
+    prepareSubRead(query, &TableCatalog::domainSelectById, {id});
 }
 
 void TableCatalog::prepareDomainsSelectByField(QSqlQuery &query, const QString &column, const QString &value) const
@@ -57,11 +62,10 @@ DomainColumns::DomainColumns(const TableCatalog &tables, ResultColumns &columns)
 {
 }
 
-Domain TableCatalog::readDomainRow(const QSqlQuery &query, const DomainColumns &columns)
+void TableCatalog::readDomainRow(Domain &domain, const QSqlQuery &query, const DomainColumns &columns)
 {
-    Domain domain = columns.read(query);
-    domain.locale = joined(query, columns.locale, readLocaleRow);
-    return domain;
+    columns.read(domain, query);
+    readJoined(domain.locale, query, columns.locale, readLocaleRow);
 }
 
 } // namespace brimlet

@@ -94,14 +94,13 @@ EventColumns::EventColumns(const TableCatalog &tables, ResultColumns &columns)
 {
 }
 
-Event TableCatalog::readEventRow(const QSqlQuery &query, const EventColumns &columns)
+void TableCatalog::readEventRow(Event &event, const QSqlQuery &query, const EventColumns &columns)
 {
-    Event event = columns.read(query);
+    columns.read(event, query);
     event.account = readCell<quint32>(query, columns.account);
     event.sectionName = readCell<QString>(query, columns.sectionName);
     event.zoneName = readCell<QString>(query, columns.zoneName);
     event.domainName = readCell<QString>(query, columns.domainName);
-    return event;
 }
 
 } // namespace brimlet

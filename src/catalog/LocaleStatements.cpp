@@ -36,9 +36,9 @@ void TableCatalog::prepareLocalesSelectByField(QSqlQuery &query, const QString &
 
 LocaleColumns::LocaleColumns(const TableCatalog &tables, ResultColumns &columns) : RowPart(tables.locales, columns) {}
 
-Locale TableCatalog::readLocaleRow(const QSqlQuery &query, const LocaleColumns &columns)
+void TableCatalog::readLocaleRow(Locale &locale, const QSqlQuery &query, const LocaleColumns &columns)
 {
-    return columns.read(query);
+    columns.read(locale, query);
 }
 
 } // namespace brimlet

@@ -33,9 +33,9 @@ LocationColumns::LocationColumns(const TableCatalog &tables, ResultColumns &colu
 {
 }
 
-Location TableCatalog::readLocationRow(const QSqlQuery &query, const LocationColumns &columns)
+void TableCatalog::readLocationRow(Location &location, const QSqlQuery &query, const LocationColumns &columns)
 {
-    return columns.read(query);
+    columns.read(location, query);
 }
 
 } // namespace brimlet

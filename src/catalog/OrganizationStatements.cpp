@@ -52,12 +52,12 @@ OrganizationColumns::OrganizationColumns(const TableCatalog &tables, ResultColum
 {
 }
 
-Organization TableCatalog::readOrganizationRow(const QSqlQuery &query, const OrganizationColumns &columns)
+void TableCatalog::readOrganizationRow(Organization &organization, const QSqlQuery &query,
+                                       const OrganizationColumns &columns)
 {
-    Organization organization = columns.read(query);
-    organization.locale = joined(query, columns.locale, readLocaleRow);
-    organization.contact = joined(query, columns.contact, readPersonRow);
-    return organization;
+    columns.read(organization, query);
+    readJoined(organization.locale, query, columns.locale, readLocaleRow);
+    readJoined(organization.contact, query, columns.contact, readPersonRow);
 }
 
 } // namespace brimlet

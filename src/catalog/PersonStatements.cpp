@@ -39,9 +39,9 @@ void TableCatalog::preparePersonDeleteForOrganization(QSqlQuery &query, quint32 
 
 PersonColumns::PersonColumns(const TableCatalog &tables, ResultColumns &columns) : RowPart(tables.persons, columns) {}
 
-Person TableCatalog::readPersonRow(const QSqlQuery &query, const PersonColumns &columns)
+void TableCatalog::readPersonRow(Person &person, const QSqlQuery &query, const PersonColumns &columns)
 {
-    return columns.read(query);
+    columns.read(person, query);
 }
 
 } // namespace brimlet

@@ -43,12 +43,11 @@ public:
     // Whether a join found this table's row: its key, the first field, is not null then.
     bool isThere(const QSqlQuery &query) const { return !query.value(places.front()).isNull(); }
 
-    Record read(const QSqlQuery &query) const
+    // Into a record that is as it was made.
+    void read(Record &record, const QSqlQuery &query) const
     {
-        Record record;
         auto place = places.begin();
         forEachField(fields, [&](const auto &field) { readCell(record, field, query, *place++); });
-        return record;
     }
 
 private:
@@ -75,14 +74,17 @@ std::optional<Value> readCell(const QSqlQuery &query, int place)
     return cell.isNull() ? std::nullopt : std::optional<Value>(ValueKind<Value>::read(cell));
 }
 
-// The record of a joined table, or nothing where the join found no row.
-template<class Columns, class Record>
-std::optional<Record> joined(const QSqlQuery &query, const Columns &columns,
-                             Record (*readRow)(const QSqlQuery &, const Columns &))
+// One row into a record.
+template<class Record, class Columns>
+using RowReader = void (*)(Record &, const QSqlQuery &, const Columns &);
+
+// The record of a joined table, which stays absent where the join found no row.
+template<class Record, class Columns>
+void readJoined(std::optional<Record> &record, const QSqlQuery &query, const Columns &columns,
+                RowReader<Record, Columns> readRow)
 {
-    if (!columns.isThere(query))
-        return std::nullopt;
-    return readRow(query, columns);
+    if (columns.isThere(query))
+        readRow(record.emplace(), query, columns);
 }
 
 } // namespace brimlet

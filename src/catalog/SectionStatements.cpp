@@ -76,9 +76,9 @@ SectionColumns::SectionColumns(const TableCatalog &tables, ResultColumns &column
 {
 }
 
-Section TableCatalog::readSectionRow(const QSqlQuery &query, const SectionColumns &columns)
+void TableCatalog::readSectionRow(Section &section, const QSqlQuery &query, const SectionColumns &columns)
 {
-    return columns.read(query);
+    columns.read(section, query);
 }
 
 } // namespace brimlet

@@ -66,21 +66,20 @@ SiteColumns::SiteColumns(const TableCatalog &tables, ResultColumns &columns)
 {
 }
 
-Site TableCatalog::readSiteRow(const QSqlQuery &query, const SiteColumns &columns)
+void TableCatalog::readSiteRow(Site &site, const QSqlQuery &query, const SiteColumns &columns)
 {
-    Site site = columns.read(query);
-    site.location = joined(query, columns.location, readLocationRow);
-    site.contract = joined(query, columns.contract, readContractRow);
-    return site;
+    columns.read(site, query);
+    readJoined(site.location, query, columns.location, readLocationRow);
+    readJoined(site.contract, query, columns.contract, readContractRow);
 }
 
 SiteLabelColumns::SiteLabelColumns(const TableCatalog &tables, ResultColumns &columns) : RowPart(tables.sites, columns)
 {
 }
 
-SiteLabel TableCatalog::readSiteLabelRow(const QSqlQuery &query, const SiteLabelColumns &columns)
+void TableCatalog::readSiteLabelRow(SiteLabel &label, const QSqlQuery &query, const SiteLabelColumns &columns)
 {
-    return columns.read(query);
+    columns.read(label, query);
 }
 
 } // namespace brimlet

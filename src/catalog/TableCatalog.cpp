@@ -14,6 +14,21 @@ void TableCatalog::prepareClear(QSqlQuery &query, const QString &table) const
     prepare(query, deleteText(table));
 }
 
+void TableCatalog::startOperation()
+{
+    isPreparedInOperation = false;
+    madeBy = nullptr;
+}
+
+void TableCatalog::prepareSubRead(QSqlQuery &query, MakeText makeText, std::initializer_list<QVariant> values) const
+{
+    if (madeBy != makeText) {
+        madeText = (this->*makeText)();
+        madeBy = makeText;
+    }
+    prepare(query, madeText, values);
+}
+
 void TableCatalog::prepare(QSqlQuery &query, const QString &text, std::initializer_list<QVariant> values) const
 {
     if (!isPreparedInOperation || query.lastQuery() != text)

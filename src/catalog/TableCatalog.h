@@ -46,7 +46,7 @@ public:
     void prepareUsersSelect(QSqlQuery &query) const;
     void prepareUserSelectById(QSqlQuery &query, quint32 id) const;
     void prepareUsersSelectByField(QSqlQuery &query, const QString &column, const QString &value) const;
-    static User readUserRow(const QSqlQuery &query, const UserColumns &columns);
+    static void readUserRow(User &user, const QSqlQuery &query, const UserColumns &columns);
 
     // ---- Domains ----
     void prepareDomainsTable(QSqlQuery &query) const;
@@ -55,7 +55,7 @@ public:
     void prepareDomainsSelect(QSqlQuery &query) const;
     void prepareDomainSelectById(QSqlQuery &query, quint32 id) const;
     void prepareDomainsSelectByField(QSqlQuery &query, const QString &column, const QString &value) const;
-    static Domain readDomainRow(const QSqlQuery &query, const DomainColumns &columns);
+    static void readDomainRow(Domain &domain, const QSqlQuery &query, const DomainColumns &columns);
 
     // ---- Organizations and persons ----
     void prepareOrganizationsTable(QSqlQuery &query) const;
@@ -64,14 +64,15 @@ public:
     void prepareOrganizationsSelect(QSqlQuery &query) const;
     void prepareOrganizationSelectById(QSqlQuery &query, quint32 id) const;
     void prepareOrganizationsSelectByField(QSqlQuery &query, const QString &column, const QString &value) const;
-    static Organization readOrganizationRow(const QSqlQuery &query, const OrganizationColumns &columns);
+    static void readOrganizationRow(Organization &organization, const QSqlQuery &query,
+                                    const OrganizationColumns &columns);
 
     void preparePersonsTable(QSqlQuery &query) const;
     void preparePersonsInsert(QSqlQuery &query, const std::vector<Organization> &records) const;
     void preparePersonReplace(QSqlQuery &query, const Person &person) const;
     void preparePersonSelectById(QSqlQuery &query, quint32 id) const;
     void preparePersonDeleteForOrganization(QSqlQuery &query, quint32 organizationId) const;
-    static Person readPersonRow(const QSqlQuery &query, const PersonColumns &columns);
+    static void readPersonRow(Person &person, const QSqlQuery &query, const PersonColumns &columns);
 
     // ---- Locales ----
     void prepareLocalesTable(QSqlQuery &query) const;
@@ -79,7 +80,7 @@ public:
     void prepareLocalesSelect(QSqlQuery &query) const;
     void prepareLocaleSelectById(QSqlQuery &query, quint32 id) const;
     void prepareLocalesSelectByField(QSqlQuery &query, const QString &column, const QString &value) const;
-    static Locale readLocaleRow(const QSqlQuery &query, const LocaleColumns &columns);
+    static void readLocaleRow(Locale &locale, const QSqlQuery &query, const LocaleColumns &columns);
 
     // ---- Contractors ----
     void prepareContractorsTable(QSqlQuery &query) const;
@@ -88,7 +89,7 @@ public:
     void prepareContractorsSelect(QSqlQuery &query) const;
     void prepareContractorSelectById(QSqlQuery &query, quint32 id) const;
     void prepareContractorsSelectByField(QSqlQuery &query, const QString &column, const QString &value) const;
-    static Contractor readContractorRow(const QSqlQuery &query, const ContractorColumns &columns);
+    static void readContractorRow(Contractor &contractor, const QSqlQuery &query, const ContractorColumns &columns);
 
     // ---- Contracts ----
     void prepareContractsTable(QSqlQuery &query) const;
@@ -97,7 +98,7 @@ public:
     void prepareContractsSelect(QSqlQuery &query) const;
     void prepareContractSelectById(QSqlQuery &query, quint32 id) const;
     void prepareContractsSelectByField(QSqlQuery &query, const QString &column, const QString &value) const;
-    static Contract readContractRow(const QSqlQuery &query, const ContractColumns &columns);
+    static void readContractRow(Contract &contract, const QSqlQuery &query, const ContractColumns &columns);
 
     // ---- Zones ----
     void prepareZonesTable(QSqlQuery &query) const;
@@ -113,7 +114,7 @@ public:
     void prepareZoneDelete(QSqlQuery &query, quint32 deviceId, quint32 sectionId, quint32 zoneId) const;
     void prepareZonesOfDeviceDelete(QSqlQuery &query, quint32 deviceId) const;
     void prepareZonesOfSectionDelete(QSqlQuery &query, quint32 deviceId, quint32 sectionId) const;
-    static Zone readZoneRow(const QSqlQuery &query, const ZoneColumns &columns);
+    static void readZoneRow(Zone &zone, const QSqlQuery &query, const ZoneColumns &columns);
 
     // ---- Sections ----
     void prepareSectionsTable(QSqlQuery &query) const;
@@ -126,21 +127,22 @@ public:
     void prepareSectionExists(QSqlQuery &query, quint32 deviceId, quint32 sectionId) const;
     void prepareSectionDelete(QSqlQuery &query, quint32 deviceId, quint32 sectionId) const;
     void prepareSectionsOfDeviceDelete(QSqlQuery &query, quint32 deviceId) const;
-    static Section readSectionRow(const QSqlQuery &query, const SectionColumns &columns);
+    static void readSectionRow(Section &section, const QSqlQuery &query, const SectionColumns &columns);
 
     // ---- Device users and their links to sections ----
     void prepareDeviceUsersTable(QSqlQuery &query) const;
     void prepareDeviceUsersInsert(QSqlQuery &query, const std::vector<Device> &records) const;
     void prepareDeviceUsersOfDeviceSelect(QSqlQuery &query, quint32 deviceId) const;
     void prepareDeviceUsersOfDeviceDelete(QSqlQuery &query, quint32 deviceId) const;
-    static DeviceUser readDeviceUserRow(const QSqlQuery &query, const DeviceUserColumns &columns);
+    static void readDeviceUserRow(DeviceUser &user, const QSqlQuery &query, const DeviceUserColumns &columns);
 
     void prepareDeviceUserSectionLinksTable(QSqlQuery &query) const;
     void prepareDeviceUserSectionLinksInsert(QSqlQuery &query, const std::vector<Device> &records) const;
     void prepareDeviceUserLinksSelect(QSqlQuery &query, quint32 deviceId, quint32 deviceUserId) const;
     void prepareLinksOfDeviceDelete(QSqlQuery &query, quint32 deviceId) const;
     void prepareLinksOfSectionDelete(QSqlQuery &query, quint32 deviceId, quint32 sectionId) const;
-    static DeviceUserSectionLink readDeviceUserLinkRow(const QSqlQuery &query, const DeviceUserLinkColumns &columns);
+    static void readDeviceUserLinkRow(DeviceUserSectionLink &link, const QSqlQuery &query,
+                                      const DeviceUserLinkColumns &columns);
 
     // ---- Devices ----
     void prepareDevicesTable(QSqlQuery &query) const;
@@ -151,7 +153,7 @@ public:
     void prepareDeviceFwUpdate(QSqlQuery &query, const Device &device) const;
     void prepareDeviceExists(QSqlQuery &query, quint32 id) const;
     void prepareDeviceDelete(QSqlQuery &query, quint32 id) const;
-    static Device readDeviceRow(const QSqlQuery &query, const DeviceColumns &columns);
+    static void readDeviceRow(Device &device, const QSqlQuery &query, const DeviceColumns &columns);
 
     // ---- Sites and locations ----
     void prepareSitesTable(QSqlQuery &query) const;
@@ -163,14 +165,14 @@ public:
     void prepareSiteExists(QSqlQuery &query, quint32 id) const;
     void prepareSiteFieldsSelect(QSqlQuery &query, quint32 id) const;
     void prepareSiteDelete(QSqlQuery &query, quint32 id) const;
-    static Site readSiteRow(const QSqlQuery &query, const SiteColumns &columns);
-    static SiteLabel readSiteLabelRow(const QSqlQuery &query, const SiteLabelColumns &columns);
+    static void readSiteRow(Site &site, const QSqlQuery &query, const SiteColumns &columns);
+    static void readSiteLabelRow(SiteLabel &label, const QSqlQuery &query, const SiteLabelColumns &columns);
 
     void prepareLocationsTable(QSqlQuery &query) const;
     void prepareLocationsInsert(QSqlQuery &query, const std::vector<Site> &records) const;
     void prepareLocationReplace(QSqlQuery &query, const Location &location) const;
     void prepareLocationSelectById(QSqlQuery &query, quint32 id) const;
-    static Location readLocationRow(const QSqlQuery &query, const LocationColumns &columns);
+    static void readLocationRow(Location &location, const QSqlQuery &query, const LocationColumns &columns);
 
     // ---- Events ----
     void prepareEventsTable(QSqlQuery &query) const;
@@ -183,7 +185,7 @@ public:
     void prepareEventExists(QSqlQuery &query, quint32 id) const;
     void prepareAffectFlagRemoval(QSqlQuery &query, quint32 id) const;
     void prepareEventsDeleteBeforeDate(QSqlQuery &query, quint32 date) const;
-    static Event readEventRow(const QSqlQuery &query, const EventColumns &columns);
+    static void readEventRow(Event &event, const QSqlQuery &query, const EventColumns &columns);
 
     // ---- Session and version ----
     void prepareSessionTable(QSqlQuery &query) const;
@@ -199,11 +201,12 @@ public:
 
     // To be called at the start of each operation of the store: nothing that the query was prepared with before is
     // used again.
-    void startOperation() { isPreparedInOperation = false; }
+    void startOperation();
 
 private:
     QString usersSelect() const;
     QString domainsSelect() const;
+    QString domainSelectById() const;
     QString organizationsSelect() const;
     QString localesSelect() const;
     QString contractorsSelect() const;
@@ -213,6 +216,7 @@ private:
     QString zonesOfSectionSelect() const;
     QString sectionsSelect() const;
     QString sectionsOfDeviceSelect() const;
+    QString deviceUserLinksSelect() const;
     QString devicesSelect() const;
     QString sitesSelect() const;
     QString prepareEventsSelect(bool innerDevices) const;
@@ -228,7 +232,14 @@ private:
     // then it is bound anew instead of prepared anew.
     void prepare(QSqlQuery &query, const QString &text, std::initializer_list<QVariant> values = {}) const;
 
+    // For the sub-reads that come again and again: the text, too, is made once as long as no other such text is asked
+    // for in between.
+    using MakeText = QString (TableCatalog::*)() const;
+    void prepareSubRead(QSqlQuery &query, MakeText makeText, std::initializer_list<QVariant> values) const;
+
     mutable bool isPreparedInOperation = false;
+    mutable MakeText madeBy = nullptr;
+    mutable QString madeText;
 };
 
 } // namespace brimlet

@@ -50,11 +50,10 @@ UserColumns::UserColumns(const TableCatalog &tables, ResultColumns &columns)
 {
 }
 
-User TableCatalog::readUserRow(const QSqlQuery &query, const UserColumns &columns)
+void TableCatalog::readUserRow(User &user, const QSqlQuery &query, const UserColumns &columns)
 {
-    User user = columns.read(query);
-    user.domain = joined(query, columns.domain, readDomainRow);
-    return user;
+    columns.read(user, query);
+    readJoined(user.domain, query, columns.domain, readDomainRow);
 }
 
 } // namespace brimlet

@@ -52,7 +52,7 @@ void TableCatalog::prepareZonesOfDeviceSelect(QSqlQuery &query, quint32 deviceId
 
 void TableCatalog::prepareZonesOfSectionSelect(QSqlQuery &query, quint32 deviceId, quint32 sectionId) const
 {
-    prepare(query, zonesOfSectionSelect(), {deviceId, sectionId});
+    prepareSubRead(query, &TableCatalog::zonesOfSectionSelect, {deviceId, sectionId});
 }
 
 void TableCatalog::prepareZoneSelectById(QSqlQuery &query, quint32 zoneId, quint32 deviceId, quint32 sectionId) const
@@ -93,9 +93,9 @@ void TableCatalog::prepareZonesOfSectionDelete(QSqlQuery &query, quint32 deviceI
 
 ZoneColumns::ZoneColumns(const TableCatalog &tables, ResultColumns &columns) : RowPart(tables.zones, columns) {}
 
-Zone TableCatalog::readZoneRow(const QSqlQuery &query, const ZoneColumns &columns)
+void TableCatalog::readZoneRow(Zone &zone, const QSqlQuery &query, const ZoneColumns &columns)
 {
-    return columns.read(query);
+    columns.read(zone, query);
 }
 
 } // namespace brimlet

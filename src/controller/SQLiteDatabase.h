@@ -134,12 +134,10 @@ private:
 
     // Runs the prepared select and reads its first row, or empties the optional where there is none.
     template<class Record, class Columns>
-    bool readOne(std::optional<Record> &record, Record (*readRow)(const QSqlQuery &, const Columns &),
-                 const char *error);
+    bool readOne(std::optional<Record> &record, RowReader<Record, Columns> readRow, const char *error);
     // Runs the prepared select and appends all its rows.
     template<class Record, class Columns>
-    bool readList(std::vector<Record> &records, Record (*readRow)(const QSqlQuery &, const Columns &),
-                  const char *error);
+    bool readList(std::vector<Record> &records, RowReader<Record, Columns> readRow, const char *error);
     // Runs the prepared select and answers through `exists` whether it gave a row.
     bool readExists(bool &exists, const char *error);
     // Puts the row of the record's id, as it is stored now, in the record's place.

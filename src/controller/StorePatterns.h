@@ -17,8 +17,7 @@ Record &required(std::optional<Record> &record)
 }
 
 template<class Record, class Columns>
-bool SQLiteDatabase::readOne(std::optional<Record> &record, Record (*readRow)(const QSqlQuery &, const Columns &),
-                             const char *error)
+bool SQLiteDatabase::readOne(std::optional<Record> &record, RowReader<Record, Columns> readRow, const char *error)
 {
     if (!run(error))
         return false;
@@ -26,14 +25,13 @@ bool SQLiteDatabase::readOne(std::optional<Record> &record, Record (*readRow)(co
     const QSqlRecord result = query.record();
     if (query.next()) {
         ResultColumns columns(result);
-        record = readRow(query, Columns(tables, columns));
+        readRow(record.emplace(), query, Columns(tables, columns));
     }
     return true;
 }
 
 template<class Record, class Columns>
-bool SQLiteDatabase::readList(std::vector<Record> &records, Record (*readRow)(const QSqlQuery &, const Columns &),
-                              const char *error)
+bool SQLiteDatabase::readList(std::vector<Record> &records, RowReader<Record, Columns> readRow, const char *error)
 {
     if (!run(error))
         return false;
@@ -43,7 +41,7 @@ bool SQLiteDatabase::readList(std::vector<Record> &records, Record (*readRow)(co
     ResultColumns names(result);
     const Columns columns(tables, names);
     do
-        records.push_back(readRow(query, columns));
+        readRow(records.emplace_back(), query, columns);
     while (query.next());
     return true;
 }
