@@ -41,17 +41,19 @@ install(FILES ${PROJECT_BINARY_DIR}/brimlet.pc DESTINATION ${pkgconfig_directory
 
 # Documentation, and the example client with its data, ready to be built on the installed library.
 install(FILES README.md CHANGELOG.md DESTINATION ${documentation_directory} COMPONENT development)
-install(DIRECTORY docs DESTINATION ${documentation_directory} COMPONENT development FILES_MATCHING PATTERN "*.md")
+install(DIRECTORY docs DESTINATION ${documentation_directory} COMPONENT development
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png")
 install(DIRECTORY examples/ DESTINATION ${documentation_directory}/examples COMPONENT development
     PATTERN "CMakeLists.txt" EXCLUDE)
 install(FILES cmake/InstalledExample.cmake DESTINATION ${documentation_directory}/examples RENAME CMakeLists.txt
     COMPONENT development)
 
-# The Python package, and the companion command that runs it.
-set(python_package ${PROJECT_SOURCE_DIR}/bindings/python/brimlet)
-if(EXISTS ${python_package}/__main__.py)
-    set(python_directory lib/python3/dist-packages)
-    install(DIRECTORY ${python_package} DESTINATION ${python_directory} COMPONENT tools
-        PATTERN "__pycache__" EXCLUDE)
-    install(PROGRAMS cmake/brimlet.py DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME brimlet COMPONENT tools)
-endif()
+# The C# binding as sources: a client's own compiler makes the assembly that fits its runtime.
+install(DIRECTORY bindings/dotnet DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/brimlet COMPONENT development
+    PATTERN "bin" EXCLUDE
+    PATTERN "obj" EXCLUDE)
+
+# The Python package, where Debian's interpreter looks in /usr, and the companion command that runs it.
+install(DIRECTORY bindings/python/brimlet DESTINATION lib/python3/dist-packages COMPONENT tools
+    PATTERN "__pycache__" EXCLUDE)
+install(PROGRAMS cmake/brimlet.py DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME brimlet COMPONENT tools)

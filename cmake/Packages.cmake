@@ -9,7 +9,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-set(CPACK_COMPONENTS_ALL runtime development)
+set(CPACK_COMPONENTS_ALL runtime development tools)
 
 # Qt loads its SQLite driver by name at run time, so no scan of the library finds it.
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "Local cache of a monitoring service's data
@@ -24,22 +24,19 @@ file(GENERATE OUTPUT triggers CONTENT "activate-noawait ldconfig\n") # a new lib
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/triggers)
 
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Local cache of a monitoring service's data: development files
- The headers for C and C++, the files for CMake and pkg-config, the documentation
- and an example client.")
+ The headers for C and C++, the files for CMake and pkg-config, the C# binding,
+ the documentation and an example client.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libbrimlet-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libbrimlet0 (= ${PROJECT_VERSION})")
 
-if(EXISTS ${PROJECT_SOURCE_DIR}/bindings/python/brimlet/__main__.py)
-    list(APPEND CPACK_COMPONENTS_ALL tools)
-    set(CPACK_COMPONENT_TOOLS_DESCRIPTION "Local cache of a monitoring service's data: Python and command line
+set(CPACK_COMPONENT_TOOLS_DESCRIPTION "Local cache of a monitoring service's data: Python and command line
  The Python package brimlet and the command of the same name, which calls the
  library's functions, loads documents, and looks into a store.")
-    set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME brimlet-tools)
-    set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
-    set(CPACK_DEBIAN_TOOLS_PACKAGE_ARCHITECTURE all)
-    set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "python3, libbrimlet0 (= ${PROJECT_VERSION})")
-    set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS python3-rich)
-endif()
+set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME brimlet-tools)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "python3, libbrimlet0 (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS python3-rich)
 
 include(CPack)

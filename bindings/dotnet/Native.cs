@@ -1,4 +1,7 @@
 using System;
+#if NET5_0_OR_GREATER
+using System.Reflection;
+#endif
 using System.Runtime.InteropServices;
 
 namespace Brimlet
@@ -7,7 +10,25 @@ namespace Brimlet
     // records and texts come out as pointers to blocks, which Handles.cs owns and Blocks.cs reads.
     internal static unsafe class Native
     {
-        private const string library = "brimlet"; // brimlet.dll, libbrimlet.so, libbrimlet.dylib
+        // Mono maps it to the platform's name of the library by Brimlet.dll.config.
+        private const string library = "brimlet";
+
+#if NET5_0_OR_GREATER
+        static Native() => NativeLibrary.SetDllImportResolver(typeof(Native).Assembly, Resolve);
+
+        // .NET by itself knows no names with a version, and a machine that only runs clients has no other.
+        private static IntPtr Resolve(string name, Assembly assembly, DllImportSearchPath? path)
+        {
+            if (name != library)
+            {
+                return IntPtr.Zero;
+            }
+            string file = RuntimeInformation.IsOSPlatform(OSPlatform.Linux) ? "libbrimlet.so.0"
+                : RuntimeInformation.IsOSPlatform(OSPlatform.OSX) ? "libbrimlet.0.dylib" : library;
+            NativeLibrary.TryLoad(file, assembly, path, out IntPtr found);
+            return found; // where it is none, .NET's own search goes on
+        }
+#endif
 
         // ---- Lifecycle ----
 

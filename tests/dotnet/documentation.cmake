@@ -1,5 +1,6 @@
 # Takes the program, the commands and the output out of the document, and holds them against each other in an empty
 # directory.
+#   -DDOCUMENT=... -DBINDING=... -DDIRECTORY=...
 file(READ ${DOCUMENT} document)
 
 function(take_block language result)
@@ -18,7 +19,7 @@ file(REMOVE_RECURSE ${DIRECTORY})
 file(MAKE_DIRECTORY ${DIRECTORY})
 file(WRITE ${DIRECTORY}/Anna.cs "${program}")
 file(WRITE ${DIRECTORY}/commands.sh "${commands}")
-execute_process(COMMAND ${CMAKE_COMMAND} -E env BRIMLET=${SOURCES} sh -e commands.sh
+execute_process(COMMAND ${CMAKE_COMMAND} -E env BRIMLET=${BINDING} sh -e commands.sh
     WORKING_DIRECTORY ${DIRECTORY} OUTPUT_VARIABLE printed RESULT_VARIABLE failed)
 if(failed OR NOT printed STREQUAL expected)
     message(FATAL_ERROR "${DOCUMENT}: status ${failed}, printed\n${printed}instead of\n${expected}")
