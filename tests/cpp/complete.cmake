@@ -1,6 +1,6 @@
-# Looks for what brimlet.hpp lacks: a call of every exported function, and in the view of every flat record a reading of
-# every field.
-#   -DEXPORTS=... -DLAYOUT=... -DBINDING=...
+# Looks for what brimlet.hpp lacks: a call of every exported function, in the view of every flat record a reading of
+# every field, and every result code.
+#   -DEXPORTS=... -DLAYOUT=... -DCODES=... -DBINDING=...
 file(READ ${BINDING} text)
 set(missing "")
 
@@ -26,10 +26,20 @@ foreach(field IN LISTS fields)
     endif()
 endforeach()
 
+file(STRINGS ${CODES} codes REGEX "^ +BRIMLET_[A-Z_]+ *=")
+foreach(code IN LISTS codes)
+    string(REGEX MATCH "BRIMLET_[A-Z_]+" name "${code}")
+    if(NOT text MATCHES " = ${name}[^A-Z_]")
+        list(APPEND missing ${name})
+    endif()
+endforeach()
+
 list(LENGTH names functions)
-list(LENGTH fields count)
-if(NOT functions EQUAL 96 OR NOT count EQUAL 132)
-    message(FATAL_ERROR "${functions} functions and ${count} fields to look for, not 96 and 132")
+list(LENGTH fields field_count)
+list(LENGTH codes code_count)
+if(NOT functions EQUAL 96 OR NOT field_count EQUAL 132 OR NOT code_count EQUAL 19)
+    message(FATAL_ERROR
+        "${functions} functions, ${field_count} fields and ${code_count} codes to look for, not 96, 132 and 19")
 endif()
 if(missing)
     message(FATAL_ERROR "missing in brimlet.hpp: ${missing}")
