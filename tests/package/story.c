@@ -1,4 +1,5 @@
-/* The story of a client in C, in small: launch, add, read, free, exit. It knows nothing but the installed header. */
+/* The story of a client in C, in small: launch, add, read, write, remove, free, exit. It knows nothing but the installed
+   header. */
 #define _POSIX_C_SOURCE 200809L
 #include <brimlet.h>
 
@@ -7,8 +8,13 @@
 #include <stdlib.h>
 #include <time.h>
 
+#define LENGTH(text) (sizeof(text) / sizeof *(text) - 1) /* without the zero at its end */
+
 static const uint16_t document[] = u"{\"D\":{\"items\":[{\"id\":7,\"name\":\"Anna\"},{\"id\":8}]}}";
+static const uint16_t update[] = u"{\"D\":{\"id\":8,\"name\":\"Ben\"}}";
+static const uint16_t removal[] = u"{\"D\":{\"op_id\":8}}";
 static const uint16_t anna[] = u"Anna";
+static const uint16_t ben[] = u"Ben";
 
 static void expect(int holds, const char *what)
 {
@@ -38,6 +44,8 @@ int main(void)
     const struct timespec pause = {0, 1000000};
     pthread_t thread;
     FlatUser *user = NULL;
+    FlatUser *updated = NULL;
+    FlatUser *removed = NULL;
     FlatUser *users = NULL;
     uint32_t count = 0;
 
@@ -46,13 +54,19 @@ int main(void)
         nanosleep(&pause, NULL);
     expect(getLaunchCacheResult() == BRIMLET_LAUNCH_CREATED, "the file is created");
 
-    expect(addUsers(document, sizeof document / sizeof *document - 1) == BRIMLET_DONE, "users are added");
+    expect(addUsers(document, LENGTH(document)) == BRIMLET_DONE, "users are added");
     expect(getUser(&user, 7) == BRIMLET_DONE && user->name && areEqual(user->name, anna), "a user is read");
+    expect(updateUser(&updated, update, LENGTH(update)) == BRIMLET_DONE && areEqual(updated->name, ben),
+           "a user is written");
     expect(getUsers(&users, &count) == BRIMLET_DONE && count == 2, "all users are read");
+
+    expect(deleteUser(removal, LENGTH(removal)) == BRIMLET_DONE, "a user is removed");
+    expect(getUser(&removed, 8) == BRIMLET_NOT_FOUND && !removed, "a user that was removed is not found");
 
     exitCache();
     expect(pthread_join(thread, NULL) == 0, "the launch thread ends");
     expect(freeUser(user) == BRIMLET_DONE, "a user is freed after the exit");
+    expect(freeUser(updated) == BRIMLET_DONE, "another is freed");
     expect(freeUsersArray(users, count) == BRIMLET_DONE, "all users are freed after the exit");
     puts("the story in C is told");
     return EXIT_SUCCESS;

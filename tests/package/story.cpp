@@ -22,9 +22,11 @@ void tell()
         expect(session.addUsers(R"({"D":{"items":[{"id":7,"name":"Anna"},{"id":8}]}})") == brimlet::Code::Done,
                "users are added");
         expect(session.getUsers().value().size() == 2, "all users are read");
-        kept = session.getUser(7);
+        kept = session.updateUser(R"({"D":{"id":7,"login":"anna"}})");
+        expect(session.deleteUser(R"({"D":{"op_id":8}})") == brimlet::Code::Done, "a user is removed");
+        expect(session.getUser(8).code() == brimlet::Code::NotFound, "a user that was removed is not found");
     }
-    expect(kept->name() == u"Anna", "a user outlives the session");
+    expect(kept->name() == u"Anna" && kept->login() == u"anna", "a user outlives the session");
 }
 
 } // namespace

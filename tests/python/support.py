@@ -1,4 +1,5 @@
-"""What the tests share: the source tree, a directory of its own for each test, and the companion command."""
+"""What the tests share: the source tree, or the installed part of it, a directory of its own for each test, and the
+companion command."""
 
 import os
 import subprocess
@@ -9,7 +10,7 @@ from pathlib import Path
 
 import brimlet
 
-ROOT = Path(__file__).resolve().parents[2]
+ROOT = Path(os.environ.get("BRIMLET_ROOT", Path(__file__).resolve().parents[2]))
 DATA = ROOT / "examples" / "data"
 COMMAND = [sys.executable, "-m", "brimlet"]
 
