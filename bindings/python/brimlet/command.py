@@ -18,6 +18,7 @@ from .documents import Form
 from .folder import Loaded, UnknownDocument, load, plan
 from .functions import FUNCTIONS, DocumentInput, Function, Gives, Input, NumberInput, Role
 from .inspection import Inspection, inspect
+from .library import Library
 from .output import (
     Table, bytes_shown, complain, print_json, print_table, print_tree, table_of, tree_of, with_progress,
 )
@@ -86,8 +87,6 @@ def _function(name: str) -> "Function[Any]":
         close = difflib.get_close_matches(name, FUNCTIONS, 3)
         hint = f", did you mean {' or '.join(close)}?" if close else "; `brimlet functions` lists them"
         raise _Failure(f"there is no function {name}{hint}", _WRONG_LINE)
-    if entry.role is not Role.CALL:
-        raise _Failure(f"{name} cannot be called from here: it is called by {entry.role.value}", _WRONG_LINE)
     return entry
 
 
@@ -131,8 +130,12 @@ def _call(options: argparse.Namespace) -> int:
     entry = _function(options.function)
     if len(options.arguments) != len(entry.takes):
         raise _Failure(f"{entry} takes {len(entry.takes)} arguments, not {len(options.arguments)}", _WRONG_LINE)
+    if entry.role is Role.RELEASE:
+        return _release(entry, options)
     arguments = [_argument(put, argument) for put, argument in zip(entry.takes, options.arguments)]
     with _open(options) as session:
+        if entry.role is Role.LIFECYCLE:
+            return _ask(entry, session, options)
         code, value = session.answer(entry.name, *arguments)
     if entry.is_list_read and code == Code.NOT_FOUND:
         value = []
@@ -141,10 +144,23 @@ def _call(options: argparse.Namespace) -> int:
     return _finish(entry.name, code)
 
 
+def _ask(entry: "Function[Any]", session: Session, options: argparse.Namespace) -> int:
+    """The functions of the lifecycle: the launch and the exit are the session's, so two are done and two are asked."""
+    answers = {"getState": session.state, "getLaunchCacheResult": session.launch_result}
+    if entry.name in answers:
+        _print_value(int(answers[entry.name]), options.table)
+    return 0
+
+
+def _release(entry: "Function[Any]", options: argparse.Namespace) -> int:
+    """A free function, which needs no launch. No record can be named on a command line, so it gets none."""
+    release = Library.load(options.library).exports[entry.name]
+    return _finish(entry.name, release(*(None, 0)[:len(entry.arguments)]))
+
+
 def _functions(options: argparse.Namespace) -> int:
     for entry in FUNCTIONS.values():
-        if entry.role is Role.CALL:
-            print(entry)
+        print(entry)
     return 0
 
 
@@ -249,7 +265,7 @@ def _parser() -> argparse.ArgumentParser:
                            "(a text that begins with @ is written with two); a document may leave out its envelope")
     _add_table(call)
 
-    _command(commands, "functions", _functions, "list the functions that can be called, with their arguments")
+    _command(commands, "functions", _functions, "list the functions, with the arguments that `call` takes")
 
     load_command = _command(commands, "load", _load, "load a folder of documents in the order their references need")
     load_command.add_argument("folder", help="its files are named for their function: users.json, update_site.json ...")
