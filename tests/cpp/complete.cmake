@@ -34,13 +34,14 @@ foreach(code IN LISTS codes)
     endif()
 endforeach()
 
+if(missing)
+    message(FATAL_ERROR "missing in brimlet.hpp: ${missing}")
+endif()
+
 list(LENGTH names functions)
 list(LENGTH fields field_count)
 list(LENGTH codes code_count)
 if(NOT functions EQUAL 96 OR NOT field_count EQUAL 132 OR NOT code_count EQUAL 19)
     message(FATAL_ERROR
         "${functions} functions, ${field_count} fields and ${code_count} codes to look for, not 96, 132 and 19")
-endif()
-if(missing)
-    message(FATAL_ERROR "missing in brimlet.hpp: ${missing}")
 endif()
