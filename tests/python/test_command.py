@@ -342,6 +342,25 @@ class InspectTest(CommandTest):
         self.assertEqual(done.returncode, 1)
         self.assertTrue(json.loads(done.stdout)["pages"])
 
+    def test_a_file_left_in_the_middle_of_a_change_is_seen_as_before_the_change(self):
+        left = self.directory / "left"
+        left.mkdir()
+        connection = sqlite3.connect(self.file, isolation_level=None)
+        connection.execute("PRAGMA cache_size = 1")  # so that pages of the change reach the file
+        connection.execute("BEGIN")
+        connection.executemany("INSERT INTO Users (UsersId, UsersName) VALUES (?, ?)",
+                               ((id, "x" * 4000) for id in range(1, 101)))
+        contents = {}
+        for name in ("CacheDb", "CacheDb-journal"):
+            contents[name] = (self.directory / name).read_bytes()
+            (left / name).write_bytes(contents[name])
+        connection.close()
+        done = json.loads(self.succeeds("--dir", str(left), "inspect", "--json"))
+        self.assertEqual((done["schema"], done["pages"]), ([], []))
+        self.assertEqual({table["name"]: table["rows"] for table in done["tables"]}["Users"], 0)
+        self.assertEqual({file.name: file.read_bytes() for file in left.iterdir()}, contents)
+        self.assertGreater(len(contents["CacheDb"]), 100 * 4000)
+
     def test_what_is_no_database_or_not_there(self):
         self.file.write_bytes(b"nonsense" * 1000)
         self.fails(1, "cannot be read: file is not a database", "inspect")

@@ -1,8 +1,10 @@
 """A look at the file while the library is not running. Nothing is written."""
 
+import shutil
 import sqlite3
 from dataclasses import dataclass
 from pathlib import Path
+from tempfile import TemporaryDirectory
 from typing import List, Optional
 from urllib.parse import quote
 
@@ -57,8 +59,21 @@ class Inspection:
 
 
 def inspect(path: Path) -> Inspection:
-    """Looks at a file. Raises sqlite3.Error where it is no database or cannot be opened for reading."""
-    connection = sqlite3.connect(f"file:{quote(str(path.absolute()))}?mode=ro", uri=True)
+    """Looks at a file. Raises sqlite3.Error where it is no database or cannot be opened for reading.
+
+    A file beside its journal was left in the middle of a change, which SQLite takes back before anything is read. That
+    is done on a copy of both: what is found is what the next launch will find.
+    """
+    journal = path.with_name(path.name + "-journal")
+    if not journal.exists():
+        return _inspect(path, "ro")
+    with TemporaryDirectory() as directory:
+        shutil.copy(journal, directory)
+        return _inspect(Path(shutil.copy(path, directory)), "rw")
+
+
+def _inspect(path: Path, mode: str) -> Inspection:
+    connection = sqlite3.connect(f"file:{quote(str(path.absolute()))}?mode={mode}", uri=True)
     connection.text_factory = lambda text: text.decode("utf-8", "replace")
     try:
         schema = _schema(connection)
