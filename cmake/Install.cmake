@@ -39,8 +39,12 @@ endif()
 configure_file(cmake/brimlet.pc.in brimlet.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/brimlet.pc DESTINATION ${pkgconfig_directory} COMPONENT development)
 
-# Documentation, and the example client with its data, ready to be built on the installed library.
-install(FILES README.md CHANGELOG.md DESTINATION ${documentation_directory} COMPONENT development)
+# Documentation with the files that it links to, and the example client with its data, ready to be built on the
+# installed library.
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${documentation_directory} COMPONENT development)
+install(FILES src/api/brimlet.h src/api/FlatRecords.h src/api/ResultCodes.h src/api/exports.txt
+    DESTINATION ${documentation_directory}/src/api COMPONENT development)
+install(FILES bindings/cpp/brimlet.hpp DESTINATION ${documentation_directory}/bindings/cpp COMPONENT development)
 install(DIRECTORY docs DESTINATION ${documentation_directory} COMPONENT development
     FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png")
 install(DIRECTORY examples/ DESTINATION ${documentation_directory}/examples COMPONENT development
