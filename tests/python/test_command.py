@@ -277,6 +277,19 @@ class EventsTest(CommandTest):
                          "id  time  deviceId\n--  ----  --------\n 1   100         1\n 2   200         1\n")
 
 
+    @unittest.skipUnless(output.HAS_RICH, "python3-rich is not installed")
+    def test_a_table_that_is_too_wide_for_the_terminal_keeps_its_numbers_whole(self):
+        numbers = [4000000000 + index for index in range(7)]
+        with brimlet.Session(self.directory) as session:
+            session.addEvents({"id": numbers[0], "time": numbers[1], "device": 1, "section": numbers[2],
+                               "zone": numbers[3], "localtime": numbers[4], "review_id": numbers[5],
+                               "operator_id": numbers[6], "data": "a long text " * 9})
+        status, screen = self.on_terminal("events", "--from", "4000000000", "--table")
+        self.assertEqual(status, 0)
+        for number in numbers:
+            self.assertIn(str(number), screen)
+
+
 class InspectTest(CommandTest):
     def setUp(self):
         super().setUp()

@@ -124,10 +124,13 @@ def print_table(table: Table) -> None:
     if _draws(sys.stdout):
         drawn = rich.table.Table(box=rich.box.SIMPLE_HEAD)
         for index, head in enumerate(table.heads):
-            drawn.add_column(head, justify="right" if _is_number_column(table, index) else "left")
+            is_number = _is_number_column(table, index)
+            drawn.add_column(head, justify="right" if is_number else "left", no_wrap=is_number)
         for row in table.rows:
             drawn.add_row(*map(rich.text.Text, row))
-        rich.console.Console().print(drawn)
+        # Where the terminal is too narrow for whole numbers and words, it wraps the lines, and nothing is cut.
+        needed = rich.console.Console(width=sys.maxsize).measure(drawn).minimum
+        rich.console.Console(width=max(rich.console.Console().width, needed)).print(drawn)
     else:
         for line in _plain_table(table):
             _print_line(line)
