@@ -322,7 +322,8 @@ public:
     /** The count of the units. Throws std::length_error for a text that is too long for brimlet.h. */
     uint32_t length() const
     {
-        if (text.size() > std::numeric_limits<uint32_t>::max())
+        // In parentheses, here and below, since windows.h may define a macro max.
+        if (text.size() > (std::numeric_limits<uint32_t>::max)())
             throw std::length_error("a text of more than 2^32 - 1 units");
         return static_cast<uint32_t>(text.size());
     }
@@ -1005,7 +1006,7 @@ public:
     ~Host()
     {
         try {
-            endForgotten(std::chrono::milliseconds::max());
+            endForgotten((std::chrono::milliseconds::max)());
         } catch (const std::exception &) { // it came back by itself
         }
     }

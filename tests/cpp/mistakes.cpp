@@ -1,4 +1,12 @@
-// Mistakes that a client in C++ could make, each behind its own switch. They must not compile.
+// Mistakes that a client in C++ could make, each behind its own switch. They must not compile. All else must, also
+// behind a header that defines macros as windows.h does.
+#include <chrono>
+#include <filesystem>
+#include <limits>
+#include <thread>
+
+#define min(a, b) ((a) < (b) ? (a) : (b))
+#define max(a, b) ((a) > (b) ? (a) : (b))
 #include "brimlet.hpp"
 
 void useSession(brimlet::Session &session)

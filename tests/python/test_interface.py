@@ -7,8 +7,8 @@ import re
 import unittest
 
 import brimlet
-from brimlet import codes
-from brimlet.functions import FUNCTIONS, Gives, Role
+from brimlet import codes, folder
+from brimlet.functions import FUNCTIONS, DocumentInput, Gives, Role
 from brimlet.records import TextPointer, all_records, layout_of
 from brimlet.session import Session
 from support import source
@@ -87,6 +87,11 @@ class FunctionsTest(unittest.TestCase):
         for words, name in found:
             with self.subTest(name):
                 self.assertEqual(list(FUNCTIONS[name].takes[0].form.keys), re.findall(r'"(\w+)"', words))
+
+    def test_a_folder_may_hold_documents_for_every_function_that_takes_one(self):
+        takers = [name for name, entry in FUNCTIONS.items()
+                  if any(isinstance(put, DocumentInput) for put in entry.takes)]
+        self.assertCountEqual(folder._ORDER, takers)
 
     def test_a_session_has_a_method_for_what_a_client_calls(self):
         session = object.__new__(Session)
