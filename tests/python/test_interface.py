@@ -3,6 +3,7 @@ here fails."""
 
 import ctypes
 import dataclasses
+import pydoc
 import re
 import unittest
 
@@ -100,6 +101,7 @@ class FunctionsTest(unittest.TestCase):
                 self.assertEqual(hasattr(session, name), entry.role is Role.CALL)
         self.assertEqual(session.getZone.__doc__, "getZone(zoneId, deviceId, sectionId) -> Zone")
         self.assertEqual(session.deleteUser.__doc__, "deleteUser(json: {op_id})")
+        self.assertIn("getZone(zoneId, deviceId, sectionId) -> Zone", pydoc.render_doc(Session))
 
 
 class RecordsTest(unittest.TestCase):

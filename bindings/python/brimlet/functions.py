@@ -115,6 +115,8 @@ class Function(Generic[C]):
         gives = {Gives.RECORD: kind, Gives.LIST: f"list of {kind}", Gives.TEXTS: ", ".join(["text"] * self.texts)}
         return f"{self.name}({takes})" + (f" -> {gives[self.gives]}" if self.gives in gives else "")
 
+    __repr__ = __str__  # what `help(Session)` shows for each
+
     def _arguments(self) -> List[Any]:
         arguments: List[Any] = [ctypes.POINTER(TextPointer)] * self.texts
         if self.gives in (Gives.RECORD, Gives.LIST):
