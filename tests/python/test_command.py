@@ -178,6 +178,7 @@ class LoadTest(CommandTest):
         self.fails(2, "no function takes a document of the name people.json", "load", str(folder))
         self.assertFalse(self.file.exists())
         self.fails(1, "there is no folder", "load", str(self.directory / "nowhere"))
+        self.fails(1, "there is no folder nowhere", "--dir", "nowhere", "load", str(DATA))
 
     def test_a_terminal_shows_the_progress(self):
         status, screen = self.on_terminal("load", str(DATA), before="sys.modules['rich'] = None")

@@ -50,6 +50,8 @@ class _Failure(Error):
 
 def _open(options: argparse.Namespace, needs_file: bool = False) -> Session:
     directory = Path(options.dir)
+    if not directory.is_dir():
+        raise _Failure(f"there is no folder {directory}")
     if needs_file and not (directory / FILE_NAME).exists():
         raise _Failure(f"there is no {FILE_NAME} in {directory}")
     if not options.verbose:  # the library's debug lines, and a warning about the main thread
