@@ -1,5 +1,5 @@
 # The example client on an installed library. From this folder:
-#   cmake -S . -B /tmp/example && cmake --build /tmp/example && /tmp/example/brimlet_example data
+#   cmake -S . -B ~/example && cmake --build ~/example && ~/example/brimlet_example data
 cmake_minimum_required(VERSION 3.16)
 project(BrimletExample LANGUAGES C CXX)
 
