@@ -39,6 +39,13 @@ struct Witness
     bool isAsked = false;
 } witness;
 
+// On a busy machine a thread may start late.
+void waitForALaunch()
+{
+    while (launches == 0)
+        std::this_thread::yield();
+}
+
 LaunchOptions within(std::chrono::milliseconds timeout)
 {
     LaunchOptions options;
@@ -89,6 +96,7 @@ TEST(BindingLaunch, ThatTakesTooLongIsAnErrorAndIsEndedByTheNextSession)
     EXPECT_EQ(exits, 0); // an exit now would be missed
 
     EXPECT_THROW(Session(".", within(5ms)), LaunchTimedOut); // still the same launch
+    waitForALaunch();
     EXPECT_EQ(launches, 1);
 
     mayRun = true;
@@ -138,6 +146,7 @@ TEST(BindingLaunch, ThatNobodyWaitedForIsEndedWithTheProcess)
                 const Session session(".", within(5ms));
             } catch (const LaunchTimedOut &) {
             }
+            waitForALaunch();
             std::atexit([] { mayRun = true; });
             std::exit(0);
         },
