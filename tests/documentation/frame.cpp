@@ -1,0 +1,17 @@
+// Runs a fragment of a page, which takes the place of the line that names it.
+#include <brimlet.hpp>
+
+#include <filesystem>
+#include <iostream>
+
+// What the fragments of pages call.
+[[maybe_unused]] static void show(std::u16string_view text)
+{
+    std::cout << brimlet::utf8(text) << '\n';
+}
+
+int main()
+{
+    std::filesystem::create_directory("cache");
+    FRAGMENT
+}

@@ -1,0 +1,75 @@
+"""The page of the file against a fresh one, in both directions."""
+
+import sqlite3
+import tempfile
+import unittest
+from pathlib import Path
+
+import brimlet
+from pages import code, rows, sections
+
+
+class FileTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        directory = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(directory.cleanup)
+        path = Path(directory.name) / "CacheDb"
+        with brimlet.Session(directory.name) as session:
+            before = cls.names(path, "index")
+            session.addEvent({"id": 1})
+        cls.connection = sqlite3.connect(path)
+        cls.addClassCleanup(cls.connection.close)
+        cls.indexes = cls.names(path, "index") - before
+        cls.tables = cls.names(path, "table")
+        cls.page = sections("docs/file.md")
+
+    @staticmethod
+    def names(path, kind):
+        connection = sqlite3.connect(path)
+        try:
+            return {name for (name,) in connection.execute("SELECT name FROM sqlite_master WHERE type = ?", [kind])}
+        finally:
+            connection.close()
+
+    def test_every_table_has_its_section_and_no_other_has(self):
+        self.assertEqual(set(self.page), self.tables | {"Indexes"})
+
+    def test_the_columns_are_those_of_the_file(self):
+        for table in self.tables:
+            with self.subTest(table):
+                columns = self.connection.execute(f"PRAGMA table_info({table})").fetchall()
+                self.assertEqual([cells[:3] for cells in rows(self.page[table])],
+                                 [[f"`{name}`", type, "yes" if key else ""] for _, name, type, _, _, key in columns])
+
+    def test_what_a_column_holds_is_said(self):
+        for table in self.tables:
+            for cells in rows(self.page[table]):
+                self.assertTrue(cells[3], cells)
+
+    def test_the_key_of_a_column_is_that_of_the_documents(self):
+        keys = {column: code(key)[0] for text in sections("docs/documents.md").values()
+                for key, _, _, columns, *_ in (cells for cells in rows(text) if len(cells) > 3)
+                for column in code(columns) if key}
+        for table in self.tables:
+            for column, _, _, holds in rows(self.page[table]):
+                name = code(column)[0]
+                if name in keys and not holds.startswith("the "):
+                    self.assertEqual(code(holds)[0], keys[name], name)
+
+    def test_the_indexes_are_those_that_an_event_makes(self):
+        self.assertEqual({code(name)[0] for name, _, _ in rows(self.page["Indexes"])}, self.indexes)
+        for name, table, column in rows(self.page["Indexes"]):
+            sql, = self.connection.execute("SELECT sql FROM sqlite_master WHERE name = ?", code(name)).fetchone()
+            self.assertTrue(sql.endswith(f"ON {code(table)[0]} ({code(column)[0]})"), sql)
+
+    def test_the_version_is_the_one_of_the_page(self):
+        version, = self.connection.execute("SELECT VersionNumber FROM Version").fetchone()
+        self.assertIn(f"`{version}`", self.page["Version"])
+
+    def test_texts_are_stored_as_utf_8(self):
+        self.assertEqual(self.connection.execute("PRAGMA encoding").fetchone(), ("UTF-8",))
+
+
+if __name__ == "__main__":
+    unittest.main()
