@@ -7,11 +7,12 @@ The tag of a block says what happens to it:
 c, cpp         With a main function it is a program, without one it goes into the frame of its language. Either is
                compiled, runs in an empty directory and has to end with 0.
 json FUNCTION  A document. The function has to take it and answer 0. The store lasts for the page.
-sh, cmake      What a reader does with an installed library, all of a page in one directory. Programs that begin with the
-               name of their file lie there. Left out under sanitizers, of which a plain compiler knows nothing.
+sh, cmake      What a reader does with an installed library, all of a page in one directory. Programs that begin with
+               the name of their file lie there. Left out under sanitizers, of which a plain compiler knows nothing.
+python         A program, in the directory of the page.
 text           Nothing. Directly behind another block it is what that one prints.
 
-Any other tag fails. Python and C# pages have tests of their own, see CMakeLists.txt.
+Any other tag fails. The pages of Python and C# have tests of their own, see CMakeLists.txt.
 """
 
 import json
@@ -56,8 +57,8 @@ class Page:
         self.directory = directory
         self.count = 0
         self.prefix = None
-        self.runners = {"c": self.run_program, "cpp": self.run_program, "json": self.send_document,
-                        "sh": self.run_commands, "cmake": self.build_project}
+        self.runners = {"c": self.run_program, "cpp": self.run_program, "python": self.run_python,
+                        "json": self.send_document, "sh": self.run_commands, "cmake": self.build_project}
 
     def run_blocks(self):
         for tag, text, printed in blocks(self.name):
@@ -91,6 +92,9 @@ class Page:
         run(shlex.split(f"{ENVIRONMENT[compiler]} {standard} {ENVIRONMENT['BRIMLET_FLAGS']}")
             + ["block." + language, "-o", "block", *shlex.split(ENVIRONMENT["BRIMLET_LINK"])], directory)
         return run(["./block"], directory)
+
+    def run_python(self, language, text):
+        return run([sys.executable, "-c", text], self.directory, os.environ)
 
     def send_document(self, language, text, function):
         json.loads(text)
