@@ -300,14 +300,16 @@ class TextArgument
 {
 public:
     /** @name UTF-16
-     *  The text has to live as long as the argument. @{ */
+     *  @{ */
+    /** A view: the text has to live as long as the argument. */
     TextArgument(std::u16string_view utf16) : text(utf16) {}
     TextArgument(const std::u16string &utf16) : text(utf16) {}
     TextArgument(const char16_t *utf16) : text(utf16) {}
     /** @} */
 
     /** @name UTF-8
-     *  The argument keeps the converted text. @{ */
+     *  @{ */
+    /** A conversion: the argument keeps the converted text. */
     TextArgument(std::string_view utf8) : converted(brimlet::utf16(utf8)), text(converted) {}
     TextArgument(const std::string &utf8) : TextArgument(std::string_view(utf8)) {}
     TextArgument(const char *utf8) : TextArgument(std::string_view(utf8)) {}
@@ -432,6 +434,7 @@ public:
 
         /** @name An input iterator, and the distance between two
          *  @{ */
+        /** As of every input iterator. */
         explicit iterator(const Flat *element = nullptr) : at(element) {}
         Element operator*() const { return Element(*at); }
         detail::Arrow<Element> operator->() const { return detail::Arrow<Element>(**this); }
@@ -457,6 +460,7 @@ public:
 
     /** @name A range of known size
      *  @{ */
+    /** As of every range. */
     iterator begin() const { return iterator(block); }
     iterator end() const { return iterator(block + count); }
     uint32_t size() const { return count; }
@@ -476,7 +480,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatLocale. @{ */
+     *  @{ */
+    /** As the field of its name in FlatLocale. */
     Text iso() const { return detail::text(flat->iso); }
     Text description() const { return detail::text(flat->description); }
     /** @} */
@@ -489,7 +494,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatDomain. @{ */
+     *  @{ */
+    /** As the field of its name in FlatDomain. */
     Text name() const { return detail::text(flat->name); }
     Number orgId() const { return detail::value(flat->orgId); }
     std::optional<LocaleView> locale() const { return detail::record<LocaleView>(flat->locale); }
@@ -503,7 +509,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatUser. @{ */
+     *  @{ */
+    /** As the field of its name in FlatUser. */
     Text name() const { return detail::text(flat->name); }
     Text login() const { return detail::text(flat->login); }
     Text contacts() const { return detail::text(flat->contacts); }
@@ -523,7 +530,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatPerson. @{ */
+     *  @{ */
+    /** As the field of its name in FlatPerson. */
     Text name() const { return detail::text(flat->name); }
     Text phone() const { return detail::text(flat->phone); }
     Text email() const { return detail::text(flat->email); }
@@ -538,7 +546,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatOrganization. @{ */
+     *  @{ */
+    /** As the field of its name in FlatOrganization. */
     Text inn() const { return detail::text(flat->inn); }
     Text officialName() const { return detail::text(flat->officialName); }
     Text shortName() const { return detail::text(flat->shortName); }
@@ -557,7 +566,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatContractor. @{ */
+     *  @{ */
+    /** As the field of its name in FlatContractor. */
     Text inn() const { return detail::text(flat->inn); }
     Number orgId() const { return detail::value(flat->orgId); }
     Number type() const { return detail::value(flat->type); }
@@ -574,7 +584,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatContract. @{ */
+     *  @{ */
+    /** As the field of its name in FlatContract. */
     Text number() const { return detail::text(flat->number); }
     std::optional<ContractorView> contractor() const { return detail::record<ContractorView>(flat->contractor); }
     Text name() const { return detail::text(flat->name); }
@@ -593,7 +604,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatZone. @{ */
+     *  @{ */
+    /** As the field of its name in FlatZone. */
     Text name() const { return detail::text(flat->name); }
     Number detector() const { return detail::value(flat->detector); }
     Number physic() const { return detail::value(flat->physic); }
@@ -614,7 +626,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatSection. @{ */
+     *  @{ */
+    /** As the field of its name in FlatSection. */
     Text name() const { return detail::text(flat->name); }
     Number scheduleId() const { return detail::value(flat->scheduleId); }
     Range<ZoneView> zones() const { return {flat->zones, flat->zonesCount}; }
@@ -636,7 +649,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatDeviceUser. @{ */
+     *  @{ */
+    /** As the field of its name in FlatDeviceUser. */
     Text name() const { return detail::text(flat->name); }
     Text comment() const { return detail::text(flat->comment); }
     Text phone() const { return detail::text(flat->phone); }
@@ -651,7 +665,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatDevice. @{ */
+     *  @{ */
+    /** As the field of its name in FlatDevice. */
     Number account() const { return detail::value(flat->account); }
     std::optional<DomainView> domain() const { return detail::record<DomainView>(flat->domain); }
     Number configVersion() const { return detail::value(flat->configVersion); }
@@ -670,7 +685,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatLocation. @{ */
+     *  @{ */
+    /** As the field of its name in FlatLocation. */
     Real latitude() const { return detail::value(flat->latitude); }
     Real longitude() const { return detail::value(flat->longitude); }
     /** @} */
@@ -683,7 +699,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatSite. @{ */
+     *  @{ */
+    /** As the field of its name in FlatSite. */
     Text name() const { return detail::text(flat->name); }
     Text comment() const { return detail::text(flat->comment); }
     Text extra() const { return detail::text(flat->extra); }
@@ -711,7 +728,8 @@ public:
     using View::View;
 
     /** @name Fields
-     *  Each as the field of its name in FlatEvent. @{ */
+     *  @{ */
+    /** As the field of its name in FlatEvent. */
     Number time() const { return detail::value(flat->time); }
     SignedNumber deviceId() const { return detail::value(flat->deviceId); }
     Number sectionId() const { return detail::value(flat->sectionId); }
@@ -852,7 +870,8 @@ public:
     explicit operator bool() const { return owned != nullptr; }
 
     /** @name Views of the record
-     *  There has to be one. No view of a record that is about to be freed can be had. @{ */
+     *  @{ */
+    /** There has to be a record. No view of one that is about to be freed can be had. */
     RecordView operator*() const & { return RecordView(*owned); }
     detail::Arrow<RecordView> operator->() const & { return detail::Arrow<RecordView>(**this); }
     RecordView operator*() && = delete;
@@ -881,6 +900,7 @@ public:
 
     /** @name A range of known size
      *  @{ */
+    /** As of every range. */
     iterator begin() const { return range().begin(); }
     iterator end() const { return range().end(); }
     uint32_t size() const { return owned ? owned.get_deleter().count : 0; }
@@ -937,7 +957,8 @@ public:
     explicit operator bool() const { return answered == Code::Done; }
 
     /** @name The value
-     *  An answer that is about to end gives its value away, and no views of it. @{ */
+     *  @{ */
+    /** The value, else an Error. An answer that is about to end gives its value away, and no views of it. */
     const T &value() const &
     {
         expectDone();
@@ -1165,13 +1186,15 @@ public:
     LaunchResult launchResult() const { return static_cast<LaunchResult>(::getLaunchCacheResult()); }
 
     /** @name Server address
-     *  Each the function of its name in brimlet.h. @{ */
+     *  @{ */
+    /** The function of its name in brimlet.h. */
     Code setServerIp(const TextArgument &text) { return send(::setServerIp, text); }
     Answer<OwnedText> getServerIp();
     /** @} */
 
     /** @name Locales
-     *  Each the function of its name in brimlet.h. @{ */
+     *  @{ */
+    /** The function of its name in brimlet.h. */
     Code addLocales(const TextArgument &json) { return send(::addLocales, json); }
     Answer<Record<LocaleView>> getLocale(uint32_t id) { return one<LocaleView>(::getLocale, id); }
     Answer<Array<LocaleView>> getLocales() { return list<LocaleView>(::getLocales); }
@@ -1182,7 +1205,8 @@ public:
     /** @} */
 
     /** @name Domains
-     *  Each the function of its name in brimlet.h. @{ */
+     *  @{ */
+    /** The function of its name in brimlet.h. */
     Code addDomains(const TextArgument &json) { return send(::addDomains, json); }
     Answer<Record<DomainView>> updateDomain(const TextArgument &json)
     {
@@ -1198,7 +1222,8 @@ public:
     /** @} */
 
     /** @name Users
-     *  Each the function of its name in brimlet.h. @{ */
+     *  @{ */
+    /** The function of its name in brimlet.h. */
     Code addUsers(const TextArgument &json) { return send(::addUsers, json); }
     Answer<Record<UserView>> updateUser(const TextArgument &json)
     {
@@ -1214,7 +1239,8 @@ public:
     /** @} */
 
     /** @name Organizations
-     *  Each the function of its name in brimlet.h. @{ */
+     *  @{ */
+    /** The function of its name in brimlet.h. */
     Code addOrganizations(const TextArgument &json) { return send(::addOrganizations, json); }
     Answer<Record<OrganizationView>> updateOrganization(const TextArgument &json)
     {
@@ -1233,7 +1259,8 @@ public:
     /** @} */
 
     /** @name Contractors
-     *  Each the function of its name in brimlet.h. @{ */
+     *  @{ */
+    /** The function of its name in brimlet.h. */
     Code addContractors(const TextArgument &json) { return send(::addContractors, json); }
     Answer<Record<ContractorView>> updateContractor(const TextArgument &json)
     {
@@ -1249,7 +1276,8 @@ public:
     /** @} */
 
     /** @name Contracts
-     *  Each the function of its name in brimlet.h. @{ */
+     *  @{ */
+    /** The function of its name in brimlet.h. */
     Code addContracts(const TextArgument &json) { return send(::addContracts, json); }
     Answer<Record<ContractView>> updateContract(const TextArgument &json)
     {
@@ -1265,7 +1293,8 @@ public:
     /** @} */
 
     /** @name Devices
-     *  Each the function of its name in brimlet.h. @{ */
+     *  @{ */
+    /** The function of its name in brimlet.h. */
     Code addDevice(const TextArgument &json) { return send(::addDevice, json); }
     Code addDevices(const TextArgument &json) { return send(::addDevices, json); }
     Answer<Record<DeviceView>> updateDeviceFw(const TextArgument &json)
@@ -1282,7 +1311,8 @@ public:
     /** @} */
 
     /** @name Sections
-     *  Each the function of its name in brimlet.h. @{ */
+     *  @{ */
+    /** The function of its name in brimlet.h. */
     Answer<Record<SectionView>> updateSection(const TextArgument &json)
     {
         return one<SectionView>(::updateSection, json.units(), json.length());
@@ -1301,7 +1331,8 @@ public:
     /** @} */
 
     /** @name Zones
-     *  Each the function of its name in brimlet.h. @{ */
+     *  @{ */
+    /** The function of its name in brimlet.h. */
     Answer<Record<ZoneView>> updateZone(const TextArgument &json)
     {
         return one<ZoneView>(::updateZone, json.units(), json.length());
@@ -1328,7 +1359,8 @@ public:
     /** @} */
 
     /** @name Sites
-     *  Each the function of its name in brimlet.h. @{ */
+     *  @{ */
+    /** The function of its name in brimlet.h. */
     Code addSites(const TextArgument &json) { return send(::addSites, json); }
     Answer<Record<SiteView>> updateSite(const TextArgument &json)
     {
@@ -1345,7 +1377,8 @@ public:
     /** @} */
 
     /** @name Events
-     *  Each the function of its name in brimlet.h. @{ */
+     *  @{ */
+    /** The function of its name in brimlet.h. */
     Answer<Record<EventView>> addEvent(const TextArgument &json)
     {
         return one<EventView>(::addEvent, json.units(), json.length());
@@ -1364,7 +1397,8 @@ public:
     /** @} */
 
     /** @name Clearing
-     *  Each the function of its name in brimlet.h. @{ */
+     *  @{ */
+    /** The function of its name in brimlet.h. */
     Code clearAll() { return call(::clearAll); }
     Code clearAllExceptEvents() { return call(::clearAllExceptEvents); }
     /** @} */

@@ -18,7 +18,7 @@
  *    read as doubles; ids and other unsigned numbers drop the fraction and keep the low 32 bits; a number that is
  *    called whole reads as 0 where it has a fraction or does not fit a signed 32-bit number. A flag takes a number or
  *    a boolean: it is true for a whole signed 32-bit number other than 0 and false for the rest, `true` included. The
- * library gives its numbers no unit: of times and dates it compares an event's "time", and reads nothing into them.
+ *    library gives its numbers no unit: of times and dates it compares an event's "time", and reads nothing into them.
  * 2. **Adding replaces**: a row of the same id is overwritten whole, and what the document leaves out becomes absent;
  *    rows of other tables that it leaves out stay. **Updating merges**: what the document leaves out stays, a new id
  *    makes a new row, and the row as it is stored then comes back. A batch goes in whole or not at all.
@@ -116,18 +116,22 @@ BRIMLET_API uint32_t addLocales(const uint16_t *json, uint32_t length);
 /** Gives one locale. @param[out] locale free with freeLocale @param id its id @return 0, 7, 8, 10, 255 */
 BRIMLET_API uint32_t getLocale(FlatLocale **locale, uint32_t id);
 
-/** Gives all locales. @param[out] locales free with freeLocalesArray @param[out] count @return 0, 3, 7, 8, 10 */
+/** Gives all locales. @param[out] locales free with freeLocalesArray @param[out] count how many
+    @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getLocales(FlatLocale **locales, uint32_t *count);
 
 /** Gives the locales whose field `key` equals `value`. @param[out] locales free with freeLocalesArray
+    @param[out] count how many @param key a JSON key of the record @param keyLength its length in UTF-16 units
+    @param value a text @param valueLength its length in UTF-16 units
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getLocalesWithParams(FlatLocale **locales, uint32_t *count, const uint16_t *key,
                                           uint32_t keyLength, const uint16_t *value, uint32_t valueLength);
 
-/** Frees a locale. @return 0, or 10 for a null pointer */
+/** Frees a locale. @param locale what a function gave @return 0, or 10 for a null pointer */
 BRIMLET_API uint32_t freeLocale(FlatLocale *locale);
 
-/** Frees an array of locales. @return 0, or 10 for a null pointer or a count of 0 */
+/** Frees an array of locales. @param locales what a function gave @param count its count
+    @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeLocalesArray(FlatLocale *locales, uint32_t count);
 
 /* ---- Domains ---------------------------------------------------------------------------------------------------
@@ -138,27 +142,34 @@ BRIMLET_API uint32_t freeLocalesArray(FlatLocale *locales, uint32_t count);
 BRIMLET_API uint32_t addDomains(const uint16_t *json, uint32_t length);
 
 /** Merges a domain. @param[out] domain as stored, free with freeDomain @param json one record
+    @param length its length in UTF-16 units
     @return 0, 5, 8, 9, 10, 255 */
 BRIMLET_API uint32_t updateDomain(FlatDomain **domain, const uint16_t *json, uint32_t length);
 
-/** Removes a domain, and nothing that names it. @param json bare id under "domain_id" @return 0, 5, 7, 8, 9, 10 */
+/** Removes a domain, and nothing that names it. @param json bare id under "domain_id"
+    @param length its length in UTF-16 units
+    @return 0, 5, 7, 8, 9, 10 */
 BRIMLET_API uint32_t deleteDomain(const uint16_t *json, uint32_t length);
 
 /** Gives one domain. @param[out] domain free with freeDomain @param id its id @return 0, 7, 8, 10, 255 */
 BRIMLET_API uint32_t getDomain(FlatDomain **domain, uint32_t id);
 
-/** Gives all domains. @param[out] domains free with freeDomainsArray @param[out] count @return 0, 3, 7, 8, 10 */
+/** Gives all domains. @param[out] domains free with freeDomainsArray @param[out] count how many
+    @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getDomains(FlatDomain **domains, uint32_t *count);
 
 /** Gives the domains whose field `key` equals `value`. @param[out] domains free with freeDomainsArray
+    @param[out] count how many @param key a JSON key of the record @param keyLength its length in UTF-16 units
+    @param value a text @param valueLength its length in UTF-16 units
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getDomainsWithParams(FlatDomain **domains, uint32_t *count, const uint16_t *key,
                                           uint32_t keyLength, const uint16_t *value, uint32_t valueLength);
 
-/** Frees a domain. @return 0, or 10 for a null pointer */
+/** Frees a domain. @param domain what a function gave @return 0, or 10 for a null pointer */
 BRIMLET_API uint32_t freeDomain(FlatDomain *domain);
 
-/** Frees an array of domains. @return 0, or 10 for a null pointer or a count of 0 */
+/** Frees an array of domains. @param domains what a function gave @param count its count
+    @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeDomainsArray(FlatDomain *domains, uint32_t count);
 
 /* ---- Users -----------------------------------------------------------------------------------------------------
@@ -169,27 +180,34 @@ BRIMLET_API uint32_t freeDomainsArray(FlatDomain *domains, uint32_t count);
 /** Adds users. @param json batch @param length its length in UTF-16 units @return 0, 5, 9, 10 */
 BRIMLET_API uint32_t addUsers(const uint16_t *json, uint32_t length);
 
-/** Merges a user. @param[out] user as stored, free with freeUser @param json one record @return 0, 5, 8, 9, 10, 255 */
+/** Merges a user. @param[out] user as stored, free with freeUser @param json one record
+    @param length its length in UTF-16 units
+    @return 0, 5, 8, 9, 10, 255 */
 BRIMLET_API uint32_t updateUser(FlatUser **user, const uint16_t *json, uint32_t length);
 
-/** Removes a user, and nothing that names it. @param json bare id under "op_id" @return 0, 5, 7, 8, 9, 10 */
+/** Removes a user, and nothing that names it. @param json bare id under "op_id"
+    @param length its length in UTF-16 units
+    @return 0, 5, 7, 8, 9, 10 */
 BRIMLET_API uint32_t deleteUser(const uint16_t *json, uint32_t length);
 
 /** Gives one user. @param[out] user free with freeUser @param id its id @return 0, 7, 8, 10, 255 */
 BRIMLET_API uint32_t getUser(FlatUser **user, uint32_t id);
 
-/** Gives all users. @param[out] users free with freeUsersArray @param[out] count @return 0, 3, 7, 8, 10 */
+/** Gives all users. @param[out] users free with freeUsersArray @param[out] count how many @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getUsers(FlatUser **users, uint32_t *count);
 
 /** Gives the users whose field `key` equals `value`. @param[out] users free with freeUsersArray
+    @param[out] count how many @param key a JSON key of the record @param keyLength its length in UTF-16 units
+    @param value a text @param valueLength its length in UTF-16 units
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getUsersWithParams(FlatUser **users, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                                         const uint16_t *value, uint32_t valueLength);
 
-/** Frees a user. @return 0, or 10 for a null pointer */
+/** Frees a user. @param user what a function gave @return 0, or 10 for a null pointer */
 BRIMLET_API uint32_t freeUser(FlatUser *user);
 
-/** Frees an array of users. @return 0, or 10 for a null pointer or a count of 0 */
+/** Frees an array of users. @param users what a function gave @param count its count
+    @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeUsersArray(FlatUser *users, uint32_t count);
 
 /* ---- Organizations ---------------------------------------------------------------------------------------------
@@ -202,11 +220,14 @@ BRIMLET_API uint32_t freeUsersArray(FlatUser *users, uint32_t count);
     @return 0, 5, 9, 10 */
 BRIMLET_API uint32_t addOrganizations(const uint16_t *json, uint32_t length);
 
-/** Merges an organization. A "contact" is not merged: it replaces that person whole. @param[out] organization as
-    stored, free with freeOrganization @param json one record @return 0, 5, 8, 9, 10, 255 */
+/** Merges an organization. A "contact" is not merged: it replaces that person whole.
+    @param[out] organization as stored, free with freeOrganization @param json one record
+    @param length its length in UTF-16 units
+    @return 0, 5, 8, 9, 10, 255 */
 BRIMLET_API uint32_t updateOrganization(FlatOrganization **organization, const uint16_t *json, uint32_t length);
 
 /** Removes an organization and the person that it names. @param json bare id under "org_id"
+    @param length its length in UTF-16 units
     @return 0, 5, 7, 8, 9, 10 */
 BRIMLET_API uint32_t deleteOrganization(const uint16_t *json, uint32_t length);
 
@@ -214,19 +235,22 @@ BRIMLET_API uint32_t deleteOrganization(const uint16_t *json, uint32_t length);
     @return 0, 7, 8, 10, 255 */
 BRIMLET_API uint32_t getOrganization(FlatOrganization **organization, uint32_t id);
 
-/** Gives all organizations. @param[out] organizations free with freeOrganizationsArray @param[out] count
+/** Gives all organizations. @param[out] organizations free with freeOrganizationsArray @param[out] count how many
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getOrganizations(FlatOrganization **organizations, uint32_t *count);
 
-/** Gives the organizations whose field `key` equals `value`. @param[out] organizations free with
-    freeOrganizationsArray @return 0, 3, 7, 8, 10 */
+/** Gives the organizations whose field `key` equals `value`. @param[out] organizations free with freeOrganizationsArray
+    @param[out] count how many @param key a JSON key of the record @param keyLength its length in UTF-16 units
+    @param value a text @param valueLength its length in UTF-16 units
+    @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getOrganizationsWithParams(FlatOrganization **organizations, uint32_t *count, const uint16_t *key,
                                                 uint32_t keyLength, const uint16_t *value, uint32_t valueLength);
 
-/** Frees an organization. @return 0, or 10 for a null pointer */
+/** Frees an organization. @param organization what a function gave @return 0, or 10 for a null pointer */
 BRIMLET_API uint32_t freeOrganization(FlatOrganization *organization);
 
-/** Frees an array of organizations. @return 0, or 10 for a null pointer or a count of 0 */
+/** Frees an array of organizations. @param organizations what a function gave @param count its count
+    @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeOrganizationsArray(FlatOrganization *organizations, uint32_t count);
 
 /* ---- Contractors -----------------------------------------------------------------------------------------------
@@ -237,29 +261,35 @@ BRIMLET_API uint32_t freeOrganizationsArray(FlatOrganization *organizations, uin
 BRIMLET_API uint32_t addContractors(const uint16_t *json, uint32_t length);
 
 /** Merges a contractor. @param[out] contractor as stored, free with freeContractor @param json one record
+    @param length its length in UTF-16 units
     @return 0, 5, 8, 9, 10, 255 */
 BRIMLET_API uint32_t updateContractor(FlatContractor **contractor, const uint16_t *json, uint32_t length);
 
-/** Removes a contractor, and nothing that names it. @param json bare id under "id" @return 0, 5, 7, 8, 9, 10 */
+/** Removes a contractor, and nothing that names it. @param json bare id under "id"
+    @param length its length in UTF-16 units
+    @return 0, 5, 7, 8, 9, 10 */
 BRIMLET_API uint32_t deleteContractor(const uint16_t *json, uint32_t length);
 
 /** Gives one contractor. @param[out] contractor free with freeContractor @param id its id
     @return 0, 7, 8, 10, 255 */
 BRIMLET_API uint32_t getContractor(FlatContractor **contractor, uint32_t id);
 
-/** Gives all contractors. @param[out] contractors free with freeContractorsArray @param[out] count
+/** Gives all contractors. @param[out] contractors free with freeContractorsArray @param[out] count how many
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getContractors(FlatContractor **contractors, uint32_t *count);
 
 /** Gives the contractors whose field `key` equals `value`. @param[out] contractors free with freeContractorsArray
+    @param[out] count how many @param key a JSON key of the record @param keyLength its length in UTF-16 units
+    @param value a text @param valueLength its length in UTF-16 units
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getContractorsWithParams(FlatContractor **contractors, uint32_t *count, const uint16_t *key,
                                               uint32_t keyLength, const uint16_t *value, uint32_t valueLength);
 
-/** Frees a contractor. @return 0, or 10 for a null pointer */
+/** Frees a contractor. @param contractor what a function gave @return 0, or 10 for a null pointer */
 BRIMLET_API uint32_t freeContractor(FlatContractor *contractor);
 
-/** Frees an array of contractors. @return 0, or 10 for a null pointer or a count of 0 */
+/** Frees an array of contractors. @param contractors what a function gave @param count its count
+    @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeContractorsArray(FlatContractor *contractors, uint32_t count);
 
 /* ---- Contracts -------------------------------------------------------------------------------------------------
@@ -271,28 +301,34 @@ BRIMLET_API uint32_t freeContractorsArray(FlatContractor *contractors, uint32_t 
 BRIMLET_API uint32_t addContracts(const uint16_t *json, uint32_t length);
 
 /** Merges a contract. @param[out] contract as stored, with its contractor and operator, free with freeContract
-    @param json one record @return 0, 5, 8, 9, 10, 255 */
+    @param json one record @param length its length in UTF-16 units
+    @return 0, 5, 8, 9, 10, 255 */
 BRIMLET_API uint32_t updateContract(FlatContract **contract, const uint16_t *json, uint32_t length);
 
-/** Removes a contract, and nothing that names it. @param json bare id under "id" @return 0, 5, 7, 8, 9, 10 */
+/** Removes a contract, and nothing that names it. @param json bare id under "id"
+    @param length its length in UTF-16 units
+    @return 0, 5, 7, 8, 9, 10 */
 BRIMLET_API uint32_t deleteContract(const uint16_t *json, uint32_t length);
 
 /** Gives one contract. @param[out] contract free with freeContract @param id its id @return 0, 7, 8, 10, 255 */
 BRIMLET_API uint32_t getContract(FlatContract **contract, uint32_t id);
 
-/** Gives all contracts. @param[out] contracts free with freeContractsArray @param[out] count
+/** Gives all contracts. @param[out] contracts free with freeContractsArray @param[out] count how many
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getContracts(FlatContract **contracts, uint32_t *count);
 
 /** Gives the contracts whose field `key` equals `value`. @param[out] contracts free with freeContractsArray
+    @param[out] count how many @param key a JSON key of the record @param keyLength its length in UTF-16 units
+    @param value a text @param valueLength its length in UTF-16 units
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getContractsWithParams(FlatContract **contracts, uint32_t *count, const uint16_t *key,
                                             uint32_t keyLength, const uint16_t *value, uint32_t valueLength);
 
-/** Frees a contract. @return 0, or 10 for a null pointer */
+/** Frees a contract. @param contract what a function gave @return 0, or 10 for a null pointer */
 BRIMLET_API uint32_t freeContract(FlatContract *contract);
 
-/** Frees an array of contracts. @return 0, or 10 for a null pointer or a count of 0 */
+/** Frees an array of contracts. @param contracts what a function gave @param count its count
+    @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeContractsArray(FlatContract *contracts, uint32_t count);
 
 /* ---- Devices ---------------------------------------------------------------------------------------------------
@@ -314,29 +350,36 @@ BRIMLET_API uint32_t addDevices(const uint16_t *json, uint32_t length);
 
 /** Sets "config_version" of a device that is in the store, to absent where the document leaves it out. All other
     members are checked and then ignored. @param[out] device as stored, free with freeDevice @param json one record
+    @param length its length in UTF-16 units
     @return 0, 5, 8, 9, 10, 255 */
 BRIMLET_API uint32_t updateDeviceFw(FlatDevice **device, const uint16_t *json, uint32_t length);
 
 /** Removes a device with its sections, zones, users and links. @param json bare id under "id"
+    @param length its length in UTF-16 units
     @return 0, 5, 7, 8, 9, 10 */
 BRIMLET_API uint32_t deleteDevice(const uint16_t *json, uint32_t length);
 
 /** Gives one device. @param[out] device free with freeDevice @param id its id @return 0, 7, 8, 10, 255 */
 BRIMLET_API uint32_t getDevice(FlatDevice **device, uint32_t id);
 
-/** Gives all devices. @param[out] devices free with freeDevicesArray @param[out] count @return 0, 3, 7, 8, 10 */
+/** Gives all devices. @param[out] devices free with freeDevicesArray @param[out] count how many
+    @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getDevices(FlatDevice **devices, uint32_t *count);
 
 /** Gives the devices whose field `key` equals `value`. @param[out] devices free with freeDevicesArray
+    @param[out] count how many @param key a JSON key of the record @param keyLength its length in UTF-16 units
+    @param value a text @param valueLength its length in UTF-16 units
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getDevicesWithParams(FlatDevice **devices, uint32_t *count, const uint16_t *key,
                                           uint32_t keyLength, const uint16_t *value, uint32_t valueLength);
 
-/** Frees a device. @return 0, or 10 for a null pointer; 10 also where an inner array and its count disagree, what was
-    freed before then stays freed and the device itself stays allocated */
+/** Frees a device. @param device what a function gave
+    @return 0, or 10 for a null pointer; 10 also where an inner array and its count disagree, what was freed before then
+    stays freed and the device itself stays allocated */
 BRIMLET_API uint32_t freeDevice(FlatDevice *device);
 
-/** Frees an array of devices. @return 0, or 10 for a null pointer or a count of 0, or as freeDevice */
+/** Frees an array of devices. @param devices what a function gave @param count its count
+    @return 0, or 10 for a null pointer or a count of 0, or as freeDevice */
 BRIMLET_API uint32_t freeDevicesArray(FlatDevice *devices, uint32_t count);
 
 /* ---- Sections --------------------------------------------------------------------------------------------------
@@ -345,32 +388,41 @@ BRIMLET_API uint32_t freeDevicesArray(FlatDevice *devices, uint32_t count);
  * "schedule_id", "tracert", "flags", "detector", "arm".
  */
 
-/** Merges a section of the device under "device". Its "zones" are checked and not written. @param[out] section as
-    stored, with its zones, free with freeSection @param json one record with "device" beside it
+/** Merges a section of the device under "device". Its "zones" are checked and not written.
+    @param[out] section as stored, with its zones, free with freeSection @param json one record with "device" beside it
+    @param length its length in UTF-16 units
     @return 0, 5, 7, 8, 9, 10, 11, 255; with 7 and 11 the section is written and stays so */
 BRIMLET_API uint32_t updateSection(FlatSection **section, const uint16_t *json, uint32_t length);
 
 /** Removes a section with its zones and links. @param json bare ids under "device" and "section"
+    @param length its length in UTF-16 units
     @return 0, 5, 7, 8, 9, 10 */
 BRIMLET_API uint32_t deleteSection(const uint16_t *json, uint32_t length);
 
-/** Gives one section of a device. @param[out] section free with freeSection @return 0, 7, 8, 10, 255 */
+/** Gives one section of a device. @param[out] section free with freeSection @param sectionId its number
+    @param deviceId the id of the device
+    @return 0, 7, 8, 10, 255 */
 BRIMLET_API uint32_t getSection(FlatSection **section, uint32_t sectionId, uint32_t deviceId);
 
-/** Gives the sections of a device. @param[out] sections free with freeSectionsArray @param[out] count
+/** Gives the sections of a device. @param[out] sections free with freeSectionsArray @param[out] count how many
+    @param deviceId the id of the device
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getSections(FlatSection **sections, uint32_t *count, uint32_t deviceId);
 
 /** Gives the sections of a device whose field `key` equals `value`. @param[out] sections free with freeSectionsArray
+    @param[out] count how many @param key a JSON key of the record @param keyLength its length in UTF-16 units
+    @param value a text @param valueLength its length in UTF-16 units @param deviceId the id of the device
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getSectionsWithParams(FlatSection **sections, uint32_t *count, const uint16_t *key,
                                            uint32_t keyLength, const uint16_t *value, uint32_t valueLength,
                                            uint32_t deviceId);
 
-/** Frees a section. @return 0, or 10 for a null pointer; 10 also where `zones` and its count disagree */
+/** Frees a section. @param section what a function gave
+    @return 0, or 10 for a null pointer; 10 also where `zones` and its count disagree */
 BRIMLET_API uint32_t freeSection(FlatSection *section);
 
-/** Frees an array of sections. @return 0, or 10 for a null pointer or a count of 0, or as freeSection */
+/** Frees an array of sections. @param sections what a function gave @param count its count
+    @return 0, or 10 for a null pointer or a count of 0, or as freeSection */
 BRIMLET_API uint32_t freeSectionsArray(FlatSection *sections, uint32_t count);
 
 /* ---- Zones -----------------------------------------------------------------------------------------------------
@@ -379,40 +431,52 @@ BRIMLET_API uint32_t freeSectionsArray(FlatSection *sections, uint32_t count);
  * A zone's number is unique in its device: a zone that comes under another section moves there.
  */
 
-/** Merges a zone of the device under "device" and the section under "section". @param[out] zone as stored, free with
-    freeZone @param json one record with "device" and "section" beside it
+/** Merges a zone of the device under "device" and the section under "section".
+    @param[out] zone as stored, free with freeZone @param json one record with "device" and "section" beside it
+    @param length its length in UTF-16 units
     @return 0, 5, 7, 8, 9, 10, 11, 255; with 7 and 11 the zone is written and stays so */
 BRIMLET_API uint32_t updateZone(FlatZone **zone, const uint16_t *json, uint32_t length);
 
-/** Removes a zone. @param json bare ids under "device", "section" and "zone" @return 0, 5, 7, 8, 9, 10 */
+/** Removes a zone. @param json bare ids under "device", "section" and "zone" @param length its length in UTF-16 units
+    @return 0, 5, 7, 8, 9, 10 */
 BRIMLET_API uint32_t deleteZone(const uint16_t *json, uint32_t length);
 
-/** Gives one zone of a section of a device. @param[out] zone free with freeZone @return 0, 7, 8, 10, 255 */
+/** Gives one zone of a section of a device. @param[out] zone free with freeZone @param zoneId its number
+    @param deviceId the id of the device @param sectionId the number of the section
+    @return 0, 7, 8, 10, 255 */
 BRIMLET_API uint32_t getZone(FlatZone **zone, uint32_t zoneId, uint32_t deviceId, uint32_t sectionId);
 
-/** Gives the zones of a device. @param[out] zones free with freeZonesArray @param[out] count
+/** Gives the zones of a device. @param[out] zones free with freeZonesArray @param[out] count how many
+    @param deviceId the id of the device
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getZones(FlatZone **zones, uint32_t *count, uint32_t deviceId);
 
-/** Gives the zones of a section. @param[out] zones free with freeZonesArray @param[out] count
+/** Gives the zones of a section. @param[out] zones free with freeZonesArray @param[out] count how many
+    @param deviceId the id of the device @param sectionId the number of the section
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getZonesForSection(FlatZone **zones, uint32_t *count, uint32_t deviceId, uint32_t sectionId);
 
 /** Gives the zones of a device whose field `key` equals `value`. @param[out] zones free with freeZonesArray
+    @param[out] count how many @param key a JSON key of the record @param keyLength its length in UTF-16 units
+    @param value a text @param valueLength its length in UTF-16 units @param deviceId the id of the device
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getZonesWithParams(FlatZone **zones, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                                         const uint16_t *value, uint32_t valueLength, uint32_t deviceId);
 
 /** Gives the zones of a section whose field `key` equals `value`. @param[out] zones free with freeZonesArray
+    @param[out] count how many @param key a JSON key of the record @param keyLength its length in UTF-16 units
+    @param value a text @param valueLength its length in UTF-16 units @param deviceId the id of the device
+    @param sectionId the number of the section
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getZonesForSectionWithParams(FlatZone **zones, uint32_t *count, const uint16_t *key,
                                                   uint32_t keyLength, const uint16_t *value, uint32_t valueLength,
                                                   uint32_t deviceId, uint32_t sectionId);
 
-/** Frees a zone. @return 0, or 10 for a null pointer */
+/** Frees a zone. @param zone what a function gave @return 0, or 10 for a null pointer */
 BRIMLET_API uint32_t freeZone(FlatZone *zone);
 
-/** Frees an array of zones. @return 0, or 10 for a null pointer or a count of 0 */
+/** Frees an array of zones. @param zones what a function gave @param count its count
+    @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeZonesArray(FlatZone *zones, uint32_t count);
 
 /* ---- Sites -----------------------------------------------------------------------------------------------------
@@ -427,32 +491,38 @@ BRIMLET_API uint32_t freeZonesArray(FlatZone *zones, uint32_t count);
 BRIMLET_API uint32_t addSites(const uint16_t *json, uint32_t length);
 
 /** Merges a site. A "location" is not merged: it replaces the location whole. "devices" are checked and not written.
-    @param[out] site as stored, free with freeSite @param json one record @return 0, 5, 8, 9, 10, 255 */
+    @param[out] site as stored, free with freeSite @param json one record @param length its length in UTF-16 units
+    @return 0, 5, 8, 9, 10, 255 */
 BRIMLET_API uint32_t updateSite(FlatSite **site, const uint16_t *json, uint32_t length);
 
-/** Removes a site and its location. @param json bare id under "site_id" @return 0, 5, 7, 8, 9, 10 */
+/** Removes a site and its location. @param json bare id under "site_id" @param length its length in UTF-16 units
+    @return 0, 5, 7, 8, 9, 10 */
 BRIMLET_API uint32_t deleteSite(const uint16_t *json, uint32_t length);
 
 /** Gives one site. @param[out] site free with freeSite @param id its id @return 0, 7, 8, 10, 255 */
 BRIMLET_API uint32_t getSite(FlatSite **site, uint32_t id);
 
-/** Gives all sites. @param[out] sites free with freeSitesArray @param[out] count @return 0, 3, 7, 8, 10 */
+/** Gives all sites. @param[out] sites free with freeSitesArray @param[out] count how many @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getSites(FlatSite **sites, uint32_t *count);
 
 /** Gives the sites whose field `key` equals `value`. @param[out] sites free with freeSitesArray
+    @param[out] count how many @param key a JSON key of the record @param keyLength its length in UTF-16 units
+    @param value a text @param valueLength its length in UTF-16 units
     @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getSitesWithParams(FlatSite **sites, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                                         const uint16_t *value, uint32_t valueLength);
 
-/** Gives a site's name and address without the rest. @param[out] name @param[out] address each released by the client
-    with the platform's allocator (convention 4), null when absent; both must hold null on entry @param id its id
+/** Gives a site's name and address without the rest. @param[out] name,address each released by the client with
+    the platform's allocator (convention 4), null when absent; both must hold null on entry @param id its id
     @return 0, 7, 8, 10 */
 BRIMLET_API uint32_t getSiteNameAndAddress(uint16_t **name, uint16_t **address, uint32_t id);
 
-/** Frees a site. @return 0, or 10 for a null pointer; 10 also where `devices` and its count disagree */
+/** Frees a site. @param site what a function gave
+    @return 0, or 10 for a null pointer; 10 also where `devices` and its count disagree */
 BRIMLET_API uint32_t freeSite(FlatSite *site);
 
-/** Frees an array of sites. @return 0, or 10 for a null pointer or a count of 0, or as freeSite */
+/** Frees an array of sites. @param sites what a function gave @param count its count
+    @return 0, or 10 for a null pointer or a count of 0, or as freeSite */
 BRIMLET_API uint32_t freeSitesArray(FlatSite *sites, uint32_t count);
 
 /* ---- Events ----------------------------------------------------------------------------------------------------
@@ -463,8 +533,8 @@ BRIMLET_API uint32_t freeSitesArray(FlatSite *sites, uint32_t count);
  */
 
 /** Adds an event. @param[out] event as stored, with the names of its equipment, free with freeEvent
-    @param json one record @return 0, 5, 8, 9, 10, 255; with 8 the index of events could not be made and the event is
-    not stored */
+    @param json one record @param length its length in UTF-16 units
+    @return 0, 5, 8, 9, 10, 255; with 8 the index of events could not be made and the event is not stored */
 BRIMLET_API uint32_t addEvent(FlatEvent **event, const uint16_t *json, uint32_t length);
 
 /**
@@ -473,36 +543,42 @@ BRIMLET_API uint32_t addEvent(FlatEvent **event, const uint16_t *json, uint32_t 
  *             entry is not looked at, it is overwritten on success
  * @param[out] count how many
  * @param json batch
+ * @param length its length in UTF-16 units
  * @return 0, 3, 5, 8, 9, 10; with 8 no device of the batch is known, and the events are stored all the same; or, as
  *         with addEvent, the index of events could not be made, and they are not
  */
 BRIMLET_API uint32_t addEvents(FlatEvent **events, uint32_t *count, const uint16_t *json, uint32_t length);
 
-/** Gives the events of known devices with a time between `from` and `to`, both included. @param[out] events free with
-    freeEventsArray @param[out] count @return 0, 3, 7, 8, 10 */
+/** Gives the events of known devices with a time between `from` and `to`, both included.
+    @param[out] events free with freeEventsArray @param[out] count how many @param from the earliest time
+    @param to the latest time
+    @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getEvents(FlatEvent **events, uint32_t *count, uint32_t from, uint32_t to);
 
 /** Gives the events of known devices whose affect flag is set. @param[out] events free with freeEventsArray
-    @param[out] count @return 0, 3, 7, 8, 10 */
+    @param[out] count how many @return 0, 3, 7, 8, 10 */
 BRIMLET_API uint32_t getAffectEvents(FlatEvent **events, uint32_t *count);
 
 /**
  * Clears the affect flag of an event.
  * @param[in,out] event as stored, free with freeEvent. It need not hold null: on success a block that it holds is
- *                released, that one block and nothing that it points to
+ *             released, that one block and nothing that it points to
  * @param json bare id under "id"
+ * @param length its length in UTF-16 units
  * @return 0, 5, 7, 8, 9, 10, 255
  */
 BRIMLET_API uint32_t removeAffectFlag(FlatEvent **event, const uint16_t *json, uint32_t length);
 
 /** Removes the events with a time up to and including `date` whose affect flag is stored as not set. Events that
-    arrived without "affect" or without "time" stay. @return 0, 9 */
+    arrived without "affect" or without "time" stay. @param date the latest time that goes
+    @return 0, 9 */
 BRIMLET_API uint32_t clearEventsBeforeDateExceptAffects(uint32_t date);
 
-/** Frees an event. @return 0, or 10 for a null pointer */
+/** Frees an event. @param event what a function gave @return 0, or 10 for a null pointer */
 BRIMLET_API uint32_t freeEvent(FlatEvent *event);
 
-/** Frees an array of events. @return 0, or 10 for a null pointer or a count of 0 */
+/** Frees an array of events. @param events what a function gave @param count its count
+    @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeEventsArray(FlatEvent *events, uint32_t count);
 
 /* ---- Clearing -------------------------------------------------------------------------------------------------- */

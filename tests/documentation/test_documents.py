@@ -269,5 +269,19 @@ class DocumentsTest(unittest.TestCase):
         self.assertEqual(examples, takers)
 
 
+class HeaderTest(unittest.TestCase):
+    def test_the_comment_of_a_field_names_its_key(self):
+        page = sections("docs/documents.md")
+        header = source("src/api/FlatRecords.h")
+        for name, entity in ENTITIES.items():
+            record = entity.record.__name__
+            struct = header.partition(f"typedef struct Flat{record}\n")[2].partition(f"}} Flat{record};")[0]
+            comments = dict(re.findall(r"(\w+);\s*/\*\*< (.*?) \*/", struct))
+            named = [(field, key) for row in map(Row, rows(page[name])) for field in row.fields for key in row.keys]
+            for field, key in named:
+                if (name, field) not in [("Events", "account"), ("Events", "domainName")]:  # by way of other records
+                    self.assertIn(f'"{key}"', comments[field], f"{name}.{field}")
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -83,7 +83,7 @@ class FunctionsTest(unittest.TestCase):
 
     def test_bare_ids_are_under_the_keys_of_the_header(self):
         text = re.sub(r"\s*\*?\s+", " ", source("src/api/brimlet.h"))
-        found = re.findall(r"@param json bare ids? under ([^@]*?)(?:\*/)? @return.*?BRIMLET_API \w+ (\w+)\(", text)
+        found = re.findall(r"@param json bare ids? under ([^@]*?) @param length.*?BRIMLET_API \w+ (\w+)\(", text)
         self.assertEqual(len(found), 10)
         for words, name in found:
             with self.subTest(name):
