@@ -1,5 +1,7 @@
-"""The links of the pages: what they name is there, and the index leaves no page out."""
+"""The links of the pages, and their commands for a checkout, which no test runs: what they name is there. The index
+leaves no page out."""
 
+import json
 import re
 import unittest
 
@@ -24,6 +26,19 @@ class LinksTest(unittest.TestCase):
                     self.assertTrue(target.exists())
                     if anchor:
                         self.assertIn(anchor, anchors(target))
+
+    def test_commands_name_what_is_there(self):
+        presets = {preset["name"] for preset in json.loads(source("CMakePresets.json"))["buildPresets"]}
+        files = [*(ROOT / "cmake").glob("*.cmake"), *(ROOT / "tests").glob("*/CMakeLists.txt")]
+        cmake = "".join(path.read_text(encoding="utf-8") for path in files)
+        for page in PAGES:
+            for command in re.findall(r"^    (\S.*)$", without_blocks(source(page)), re.MULTILINE):
+                with self.subTest(page=page.name, command=command):
+                    for script in re.findall(r"^(scripts/\w+)", command):
+                        self.assertTrue((ROOT / script).exists())
+                    self.assertLessEqual(set(re.findall(r"--preset (\w+)", command)), presets)
+                    for target in re.findall(r"--target (\w+)", command):
+                        self.assertIn(f"add_custom_target({target} ", cmake)
 
     def test_the_index_names_every_page(self):
         links = set(re.findall(r"\]\((\w[\w-]*\.md)\)", source("docs/README.md")))
