@@ -80,10 +80,10 @@ BRIMLET_API int32_t launchCache(void);
  */
 BRIMLET_API void exitCache(void);
 
-/** May be called at any time. @return a value of BrimletState */
+/** May be called at any time but while exitCache runs. @return a value of BrimletState */
 BRIMLET_API uint32_t getState(void);
 
-/** May be called at any time. @return a value of BrimletLaunchResult */
+/** May be called at any time but while exitCache runs. @return a value of BrimletLaunchResult */
 BRIMLET_API uint32_t getLaunchCacheResult(void);
 
 /* ---- Server address -------------------------------------------------------------------------------------------- */
@@ -562,7 +562,7 @@ BRIMLET_API uint32_t getAffectEvents(FlatEvent **events, uint32_t *count);
 /**
  * Clears the affect flag of an event.
  * @param[in,out] event as stored, free with freeEvent. It need not hold null: on success a block that it holds is
- *             released, that one block and nothing that it points to
+ *                released, that one block and nothing that it points to
  * @param json bare id under "id"
  * @param length its length in UTF-16 units
  * @return 0, 5, 7, 8, 9, 10, 255
@@ -570,7 +570,8 @@ BRIMLET_API uint32_t getAffectEvents(FlatEvent **events, uint32_t *count);
 BRIMLET_API uint32_t removeAffectFlag(FlatEvent **event, const uint16_t *json, uint32_t length);
 
 /** Removes the events with a time up to and including `date` whose affect flag is stored as not set. Events that
-    arrived without "affect" or without "time" stay. @param date the latest time that goes
+    arrived without "affect" or without "time" stay.
+    @param date the latest time that goes
     @return 0, 9 */
 BRIMLET_API uint32_t clearEventsBeforeDateExceptAffects(uint32_t date);
 

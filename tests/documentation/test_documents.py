@@ -12,6 +12,7 @@ from pathlib import Path
 
 import brimlet
 from brimlet import records
+from brimlet.documents import Batch, Ids, OneRecord
 from brimlet.functions import FUNCTIONS, DocumentInput
 from pages import code, rows, sections, source
 
@@ -263,10 +264,11 @@ class DocumentsTest(unittest.TestCase):
         self.assertEqual(list(self.page), ["Forms", "Kinds of values", *ENTITIES])
 
     def test_every_function_that_takes_a_document_has_an_example(self):
-        examples = set(re.findall(r"^```json (\w+)$", source("docs/documents.md"), re.MULTILINE))
-        takers = {function.name for function in FUNCTIONS.values()
-                  if any(isinstance(taken, DocumentInput) for taken in function.takes)}
-        self.assertEqual(examples, takers)
+        forms = {"a batch": Batch, "one record": OneRecord, "a bare id": Ids, "bare ids": Ids}
+        examples = re.findall(r"^`(\w+)` takes ([\w ]+):\n\n```json \1$", source("docs/documents.md"), re.MULTILINE)
+        takers = {function.name: type(taken.form) for function in FUNCTIONS.values() for taken in function.takes
+                  if isinstance(taken, DocumentInput)}
+        self.assertEqual({name: forms[form] for name, form in examples}, takers)
 
 
 class HeaderTest(unittest.TestCase):
