@@ -119,7 +119,7 @@ class Page:
         if not self.prefix:
             self.prefix = self.empty_directory()
             run(["cmake", "--install", ENVIRONMENT["BRIMLET_BUILD"], "--prefix", str(self.prefix)], self.directory)
-        library = next(self.prefix.glob("lib/**/libbrimlet.so")).parent
+        library = next(self.prefix.glob("lib*/**/libbrimlet.so")).parent
         return {**ENVIRONMENT, "CMAKE_PREFIX_PATH": str(self.prefix), "LD_LIBRARY_PATH": str(library),
                 "PKG_CONFIG_PATH": str(library / "pkgconfig")}
 
