@@ -9,13 +9,16 @@ endif()
 # every parameter and result has to be documented.
 function(brimlet_doxygen variable output headers)
     set(cpp_header bindings/cpp/brimlet.hpp)
-    set(parameters NO)
+    set(is_strict NO)
+    set(is_distributed YES)
     if(headers STREQUAL "C")
         set(cpp_header "")
-        set(parameters YES)
+        set(is_strict YES)
+        set(is_distributed NO)
     endif()
     set(${variable} ${CMAKE_COMMAND} -E env BRIMLET_VERSION=${PROJECT_VERSION} BRIMLET_OUTPUT=${output}
-        BRIMLET_CPP_HEADER=${cpp_header} BRIMLET_PARAMETERS=${parameters} ${BRIMLET_DOXYGEN} docs/Doxyfile PARENT_SCOPE)
+        BRIMLET_CPP_HEADER=${cpp_header} BRIMLET_PARAMETERS=${is_strict} BRIMLET_DISTRIBUTE=${is_distributed}
+        ${BRIMLET_DOXYGEN} docs/Doxyfile PARENT_SCOPE)
 endfunction()
 
 set(documentation_output ${PROJECT_BINARY_DIR}/documentation)

@@ -61,7 +61,10 @@
 extern "C" {
 #endif
 
-/* ---- Lifecycle ------------------------------------------------------------------------------------------------- */
+/**
+ * @name Lifecycle
+ * @{
+ */
 
 /**
  * Runs the library on the calling thread, and returns when exitCache has been called. Opens or creates the file
@@ -86,7 +89,12 @@ BRIMLET_API uint32_t getState(void);
 /** May be called at any time but while exitCache runs. @return a value of BrimletLaunchResult */
 BRIMLET_API uint32_t getLaunchCacheResult(void);
 
-/* ---- Server address -------------------------------------------------------------------------------------------- */
+/** @} */
+
+/**
+ * @name Server address
+ * @{
+ */
 
 /**
  * Remembers a text for the client, any text, in place of the one before. It is no JSON. The address outlives
@@ -105,9 +113,13 @@ BRIMLET_API uint32_t setServerIp(const uint16_t *text, uint32_t length);
  */
 BRIMLET_API uint32_t getServerIp(uint16_t **address);
 
-/* ---- Locales ---------------------------------------------------------------------------------------------------
+/** @} */
+
+/**
+ * @name Locales
  * JSON: "id" number, required; "iso", "description" text. Searchable: all three.
  * A locale is never updated or deleted singly; clearAll and clearAllExceptEvents remove all of them.
+ * @{
  */
 
 /** Adds locales. @param json batch @param length its length in UTF-16 units @return 0, 5, 9, 10 */
@@ -134,8 +146,12 @@ BRIMLET_API uint32_t freeLocale(FlatLocale *locale);
     @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeLocalesArray(FlatLocale *locales, uint32_t count);
 
-/* ---- Domains ---------------------------------------------------------------------------------------------------
+/** @} */
+
+/**
+ * @name Domains
  * JSON: "id" number, required; "name" text; "org_id" number; "locale_id" number. Searchable: all four.
+ * @{
  */
 
 /** Adds domains. @param json batch @param length its length in UTF-16 units @return 0, 5, 9, 10 */
@@ -172,9 +188,13 @@ BRIMLET_API uint32_t freeDomain(FlatDomain *domain);
     @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeDomainsArray(FlatDomain *domains, uint32_t count);
 
-/* ---- Users -----------------------------------------------------------------------------------------------------
+/** @} */
+
+/**
+ * @name Users
  * JSON: "id" number, required; "name", "login", "contacts" text; "active" flag; "domain", "org", "roles" number;
  * "phone" number, exact up to 2^52 and, from there to 2^63, as far as a double carries it. Searchable: all nine.
+ * @{
  */
 
 /** Adds users. @param json batch @param length its length in UTF-16 units @return 0, 5, 9, 10 */
@@ -210,10 +230,14 @@ BRIMLET_API uint32_t freeUser(FlatUser *user);
     @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeUsersArray(FlatUser *users, uint32_t count);
 
-/* ---- Organizations ---------------------------------------------------------------------------------------------
+/** @} */
+
+/**
+ * @name Organizations
  * JSON: "org_id" number, required; "inn", "off_name", "short_name", "kpp", "ogrn", "address_text" text; "locale_id"
  * number; "contact" object with "id" number, required, and "name", "phone", "email", "postal" text. A "contact" that
  * is empty or no object means none. Searchable: all but "contact".
+ * @{
  */
 
 /** Adds organizations with their contact persons. @param json batch @param length its length in UTF-16 units
@@ -253,8 +277,12 @@ BRIMLET_API uint32_t freeOrganization(FlatOrganization *organization);
     @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeOrganizationsArray(FlatOrganization *organizations, uint32_t count);
 
-/* ---- Contractors -----------------------------------------------------------------------------------------------
+/** @} */
+
+/**
+ * @name Contractors
  * JSON: "id" number, required; "inn", "off_name", "name", "extra" text; "org_id", "type" number. Searchable: all.
+ * @{
  */
 
 /** Adds contractors. @param json batch @param length its length in UTF-16 units @return 0, 5, 9, 10 */
@@ -292,9 +320,13 @@ BRIMLET_API uint32_t freeContractor(FlatContractor *contractor);
     @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeContractorsArray(FlatContractor *contractors, uint32_t count);
 
-/* ---- Contracts -------------------------------------------------------------------------------------------------
+/** @} */
+
+/**
+ * @name Contracts
  * JSON: "id" number, required; "number", "c_name", "description", "extra" text; "status", "date" number;
  * "contractor_id", "operator_id" number. Searchable: all but "operator_id".
+ * @{
  */
 
 /** Adds contracts. @param json batch @param length its length in UTF-16 units @return 0, 5, 9, 10 */
@@ -331,7 +363,10 @@ BRIMLET_API uint32_t freeContract(FlatContract *contract);
     @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeContractsArray(FlatContract *contracts, uint32_t count);
 
-/* ---- Devices ---------------------------------------------------------------------------------------------------
+/** @} */
+
+/**
+ * @name Devices
  * JSON: "id" number, required; "account", "domain", "config_version", "cluster_id" number; "parted" flag; "sections"
  * array of sections, each with "zones"; "users" array of device users, each with "user_index" number, required,
  * "name", "comment", "phone" text and "sections" array of section numbers. An array of another type reads as empty;
@@ -339,6 +374,7 @@ BRIMLET_API uint32_t freeContractsArray(FlatContract *contracts, uint32_t count)
  *
  * Adding a device replaces the rows that its document names. Sections, zones, users and links that the document
  * leaves out stay; only a removal takes them away.
+ * @{
  */
 
 /** Adds a device with all it holds. @param json one record @param length its length in UTF-16 units
@@ -382,10 +418,14 @@ BRIMLET_API uint32_t freeDevice(FlatDevice *device);
     @return 0, or 10 for a null pointer or a count of 0, or as freeDevice */
 BRIMLET_API uint32_t freeDevicesArray(FlatDevice *devices, uint32_t count);
 
-/* ---- Sections --------------------------------------------------------------------------------------------------
+/** @} */
+
+/**
+ * @name Sections
  * JSON: "id", or else "section", number, required; "name" text; "detector", "physic", "schedule_id", "tracert",
  * "flags", "delay", "form", "uid_type", "arm" number; "zones" array of zones. Searchable: "id", "name",
  * "schedule_id", "tracert", "flags", "detector", "arm".
+ * @{
  */
 
 /** Merges a section of the device under "device". Its "zones" are checked and not written.
@@ -425,10 +465,14 @@ BRIMLET_API uint32_t freeSection(FlatSection *section);
     @return 0, or 10 for a null pointer or a count of 0, or as freeSection */
 BRIMLET_API uint32_t freeSectionsArray(FlatSection *sections, uint32_t count);
 
-/* ---- Zones -----------------------------------------------------------------------------------------------------
+/** @} */
+
+/**
+ * @name Zones
  * JSON: "id", or else "zone", number, required; "name" text; "detector", "physic", "schedule_id", "tracert", "flags",
  * "delay", "form", "uid_type", "arm" number. Searchable: "id", "name" and all numbers but "arm".
  * A zone's number is unique in its device: a zone that comes under another section moves there.
+ * @{
  */
 
 /** Merges a zone of the device under "device" and the section under "section".
@@ -479,11 +523,15 @@ BRIMLET_API uint32_t freeZone(FlatZone *zone);
     @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeZonesArray(FlatZone *zones, uint32_t count);
 
-/* ---- Sites -----------------------------------------------------------------------------------------------------
+/** @} */
+
+/**
+ * @name Sites
  * JSON: "id" number, required; "name", "comment", "extra", "address_text" text; "is_crossing", "delegated",
  * "site_plan" flag; "domain", "type", "category", "arm_mode" number; "contract_id", "contract_status" whole signed
  * number; "location" object with "lat" and "lon", of which what is no number reads as 0; "devices" array of devices. A
  * "location" that is empty or no object means none. Searchable: all but "site_plan", "location" and "devices".
+ * @{
  */
 
 /** Adds sites with their locations, and their devices as addDevices does. The store keeps no link between a site and
@@ -525,11 +573,15 @@ BRIMLET_API uint32_t freeSite(FlatSite *site);
     @return 0, or 10 for a null pointer or a count of 0, or as freeSite */
 BRIMLET_API uint32_t freeSitesArray(FlatSite *sites, uint32_t count);
 
-/* ---- Events ----------------------------------------------------------------------------------------------------
+/** @} */
+
+/**
+ * @name Events
  * JSON: "id" number, required; "time", "section", "zone", "localtime", "review_id", "operator_id" number; "device",
  * "channel" whole signed number; "active", "class", "detector", "reason", "review_state" whole number of which the
  * low 8 bits count; "data", "jdata" text; "is_closed", "affect" flag.
  * An event that names a device unknown to the store is kept, but no list shows it before that device is added.
+ * @{
  */
 
 /** Adds an event. @param[out] event as stored, with the names of its equipment, free with freeEvent
@@ -582,13 +634,20 @@ BRIMLET_API uint32_t freeEvent(FlatEvent *event);
     @return 0, or 10 for a null pointer or a count of 0 */
 BRIMLET_API uint32_t freeEventsArray(FlatEvent *events, uint32_t count);
 
-/* ---- Clearing -------------------------------------------------------------------------------------------------- */
+/** @} */
+
+/**
+ * @name Clearing
+ * @{
+ */
 
 /** Empties the store, all or nothing. The server address stays. @return 0, 9 */
 BRIMLET_API uint32_t clearAll(void);
 
 /** Empties the store but for the events, all or nothing. The server address stays. @return 0, 9 */
 BRIMLET_API uint32_t clearAllExceptEvents(void);
+
+/** @} */
 
 #ifdef __cplusplus
 }
