@@ -272,6 +272,20 @@ class DocumentsTest(unittest.TestCase):
 
 
 class HeaderTest(unittest.TestCase):
+    def test_the_keys_of_a_family_are_those_of_the_page(self):
+        page = sections("docs/documents.md")
+        inner = {"Organizations": ["Persons"], "Devices": ["Device users"], "Sites": ["Locations"]}
+        families = re.findall(r"@name (\w+)\n \* (JSON: .*?)\*/", source("src/api/brimlet.h"), re.DOTALL)
+        self.assertEqual({name for name, _ in families} | {name for names in inner.values() for name in names},
+                         set(ENTITIES))
+        for name, text in families:
+            with self.subTest(name):
+                table = [Row(cells) for part in [name, *inner.get(name, [])] for cells in rows(page[part])]
+                keys = {key for row in table if not row.is_parent for key in row.keys}
+                if name == "Devices":
+                    keys.add("zones")  # of its sections
+                self.assertEqual(set(re.findall(r'"(\w+)"', text)), keys)
+
     def test_the_comment_of_a_field_names_its_key(self):
         page = sections("docs/documents.md")
         header = source("src/api/FlatRecords.h")
