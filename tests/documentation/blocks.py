@@ -4,8 +4,9 @@ usage: blocks.py PAGE
 
 The tag of a block says what happens to it:
 
-c, cpp         With a main function it is a program, without one it goes into the frame of its language. Either is
-               compiled, runs in an empty directory and has to end with 0.
+c, cpp         With a main function it is a program, without one it goes into the frame of its language, its includes
+               before the frame's. Either is compiled, runs in an empty directory and has to end with 0.
+cpp windows    As cpp, but only checked by MinGW's compiler, and left out where there is none.
 json FUNCTION  A document. The function has to take it and answer 0. The store lasts for the page.
 sh, cmake      What a reader does with an installed library, all of a page in one directory. Programs that begin with
                the name of their file lie there. Left out under sanitizers, of which a plain compiler knows nothing.
@@ -27,6 +28,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 FRAMES = Path(__file__).resolve().parent
 PROJECT = "cmake_minimum_required(VERSION 3.16)\nproject(Page LANGUAGES C CXX)\n"
+INCLUDES = [f"-I{ROOT / folder}" for folder in ("src/api", "bindings/cpp")]
 COMPILERS = {"c": ("BRIMLET_CC", "-std=c11 -D_POSIX_C_SOURCE=200809L"), "cpp": ("BRIMLET_CXX", "-std=c++17")}
 
 # The interpreter may run with the sanitizer's runtime in front; what it starts brings its own.
@@ -79,19 +81,27 @@ class Page:
     def empty_directory(self):
         return Path(tempfile.mkdtemp(dir=self.directory))
 
-    def run_program(self, language, text):
+    def run_program(self, language, text, system=None):
         named = re.match(r"(?:/\*|//) (\w+\.\w+)", text)
         if named:
             (self.directory / named[1]).write_text(text, encoding="utf-8")
         if not re.search(r"^int main\(", text, re.MULTILINE):
-            text = (FRAMES / f"frame.{language}").read_text(encoding="utf-8").replace("FRAGMENT", text)
+            includes, text = re.fullmatch(r"((?:#include [^\n]*\n)*)(.*)", text, re.DOTALL).groups()
+            frame = (FRAMES / f"frame.{language}").read_text(encoding="utf-8")
+            text = includes + frame.replace("FRAGMENT", text)
         directory = self.empty_directory()
         source = directory / f"block.{language}"
         source.write_text(text, encoding="utf-8")
+        if system == "windows":
+            return self.check_for_windows(directory)
         compiler, standard = COMPILERS[language]
         run(shlex.split(f"{ENVIRONMENT[compiler]} {standard} {ENVIRONMENT['BRIMLET_FLAGS']}")
-            + ["block." + language, "-o", "block", *shlex.split(ENVIRONMENT["BRIMLET_LINK"])], directory)
+            + [*INCLUDES, "block." + language, "-o", "block", *shlex.split(ENVIRONMENT["BRIMLET_LINK"])], directory)
         return run(["./block"], directory)
+
+    def check_for_windows(self, directory):
+        if ENVIRONMENT["BRIMLET_MINGW"]:
+            run([ENVIRONMENT["BRIMLET_MINGW"], "-std=c++17", "-fsyntax-only", *INCLUDES, "block.cpp"], directory)
 
     def run_python(self, language, text):
         return run([sys.executable, "-c", text], self.directory, os.environ)

@@ -9,6 +9,10 @@
 {
     std::cout << brimlet::utf8(text) << '\n';
 }
+[[maybe_unused]] static void show(const uint16_t *text)
+{
+    show(reinterpret_cast<const char16_t *>(text));
+}
 
 int main()
 {

@@ -30,6 +30,14 @@ class BlocksTest(unittest.TestCase):
     def test_a_block_runs_and_prints_what_stands_behind_it(self):
         self.assertEqual(self.run_page('```c\nputs("done");\n```\n\n```text\ndone\n```\n'), 1)
 
+    def test_a_fragment_may_bring_its_includes(self):
+        self.assertEqual(self.run_page("```cpp\n#include <bitset>\n\nstd::bitset<3> bits;\nbits.set();\n```\n"), 1)
+
+    @unittest.skipUnless(blocks.ENVIRONMENT["BRIMLET_MINGW"], "needs MinGW's compiler")
+    def test_a_block_for_windows_is_checked_by_its_compiler(self):
+        self.assertEqual(self.run_page("```cpp windows\n#include <windows.h>\n\nSleep(1);\n```\n"), 1)
+        self.fails("```cpp windows\n#include <windows.h>\n\nSlep(1);\n```\n", "Slep")
+
     def test_another_output_fails(self):
         self.fails('```c\nputs("done");\n```\n\n```text\nnone\n```\n', "instead of")
 

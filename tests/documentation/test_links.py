@@ -34,7 +34,7 @@ class LinksTest(unittest.TestCase):
         for page in PAGES:
             for command in re.findall(r"^    (\S.*)$", without_blocks(source(page)), re.MULTILINE):
                 with self.subTest(page=page.name, command=command):
-                    for script in re.findall(r"^(scripts/\w+)", command):
+                    for script in re.findall(r"^(scripts/[\w-]+)", command):
                         self.assertTrue((ROOT / script).exists())
                     self.assertLessEqual(set(re.findall(r"--preset (\w+)", command)), presets)
                     for target in re.findall(r"--target (\w+)", command):
