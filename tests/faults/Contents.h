@@ -1,0 +1,41 @@
+// What a store's file holds, seen by SQLite from outside the library, and the figures that the tests prove.
+#pragma once
+
+#include "Store.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace brimlet::test {
+
+// All rows of all tables, in an order of their own.
+using Contents = std::map<std::string, std::vector<Row>>;
+Contents contentsOf(const std::string &path = "CacheDb");
+
+// Whether SQLite finds nothing to complain of in the file.
+::testing::AssertionResult isSound(const std::string &path = "CacheDb");
+
+// Whether some process holds a lock on the file that keeps every reader out.
+bool isHeld(const std::string &path = "CacheDb");
+
+// The tables in which two stores differ, for messages.
+std::string difference(const Contents &one, const Contents &other);
+
+std::string bytesOf(const std::string &path);
+void writeBytes(const std::string &path, const std::string &bytes);
+
+// True in the long form of these tests, which BRIMLET_FAULTS=long asks for.
+bool isLongForm();
+// A count of the bounded form; many times that in the long one, and less in a sanitized build, where a child takes its
+// time and the code is looked at more than the file.
+int scaled(int count);
+// What goes through every n goes by these steps: by ones, but for the bounded form of a sanitized build.
+unsigned stride();
+// The seed of what is left to chance: always the same, unless BRIMLET_SEED says otherwise.
+unsigned seed();
+
+// Prints "figure: <name> = <count>" for scripts/reliability.
+void figure(const std::string &name, int64_t count);
+
+} // namespace brimlet::test
