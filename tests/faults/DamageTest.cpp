@@ -46,7 +46,7 @@ Answers launchAndCallEverything(const std::function<void()> &prepare = [] {})
         const DebugLines lines;
         Library library;
         channel.tell(getLaunchCacheResult());
-        for (const std::vector<Step> &steps : {reads(), removals(), writes()}) {
+        for (const std::vector<Step> &steps : {reads(), deletions(), writes()}) {
             for (const Step &step : steps)
                 channel.tell(step.call());
             channel.tell(endOfCodes);

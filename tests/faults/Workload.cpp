@@ -352,7 +352,7 @@ std::vector<Step> reads()
     };
 }
 
-std::vector<Step> removals()
+std::vector<Step> deletions()
 {
     std::vector<Step> steps = removalsOf(1);
     for (Step &step : flagRemovals(1))

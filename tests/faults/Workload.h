@@ -37,6 +37,6 @@ std::vector<Step> writes();
 // Every exported function that reads, with arguments that find something in a filled store.
 std::vector<Step> reads();
 // Every exported function that removes what it has read before, with arguments that find something.
-std::vector<Step> removals();
+std::vector<Step> deletions();
 
 } // namespace brimlet::test
