@@ -8,34 +8,67 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <ctime>
 #include <filesystem>
 #include <random>
+#include <unistd.h>
 
 using namespace brimlet::test;
 namespace fs = std::filesystem;
 
 namespace {
 
-// The store after each of a family's steps, from the filled one on, as a run that nothing disturbs leaves it.
-std::vector<Contents> undisturbedContents(const Family &family)
+// Has the kernel kill this process in so many microseconds, wherever it is then. Its parent would often come too late.
+void dieIn(int64_t microseconds)
 {
-    std::vector<Contents> all = {contentsOf()};
+    sigevent event{};
+    event.sigev_notify = SIGEV_SIGNAL;
+    event.sigev_signo = SIGKILL;
+    itimerspec once{};
+    once.it_value.tv_sec = microseconds / 1000000;
+    once.it_value.tv_nsec = microseconds % 1000000 * 1000;
+    timer_t timer{};
+    if (timer_create(CLOCK_MONOTONIC, &event, &timer) != 0 || timer_settime(timer, 0, &once, nullptr) != 0)
+        _exit(1);
+}
+
+int64_t microsecondsOf(const std::function<void()> &work)
+{
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start).count();
+}
+
+// A run of a family's steps that nothing disturbs: the store before them and after each of them, and what each took.
+struct Undisturbed
+{
+    std::vector<Contents> contents;
+    std::vector<int64_t> microseconds;
+};
+
+Undisturbed undisturbedRun(const Family &family)
+{
+    Undisturbed run{{contentsOf()}, {}};
     Child child([&](Channel &channel) {
         const DebugLines lines;
         Library library;
         for (const Step &step : family.steps) {
-            channel.tell(step.call());
+            uint32_t code = 0;
+            const int64_t time = microsecondsOf([&] { code = step.call(); });
+            channel.tell(code);
+            channel.tell(time);
             channel.hear();
         }
         library.exit();
     });
     for (const Step &step : family.steps) {
         EXPECT_EQ(child.hear(), 0) << step.name;
-        all.push_back(contentsOf());
+        run.microseconds.push_back(child.hear().value_or(0));
+        run.contents.push_back(contentsOf());
         child.tell(0);
     }
     EXPECT_TRUE(child.wait().isClean());
-    return all;
+    return run;
 }
 
 class Kill : public ::testing::Test
@@ -76,34 +109,40 @@ class KillFamily : public Kill, public ::testing::WithParamInterface<Family>
 {
 };
 
+// Each kill falls into a call, or is not counted.
 TEST_P(KillFamily, AnyTime)
 {
     const std::vector<Step> &steps = GetParam().steps;
-    const std::vector<Contents> contents = undisturbedContents(GetParam());
+    const Undisturbed undisturbed = undisturbedRun(GetParam());
     std::minstd_rand random(seed());
-    const int kills = scaled(200);
+    const int wanted = scaled(200);
+    int kills = 0;
     int inTheMiddle = 0;
-    for (int kill = 0; kill < kills; ++kill) {
+    for (int turn = 0; kills < wanted && turn < 3 * wanted; ++turn) {
         restore();
+        const size_t chosen = random() % steps.size();
+        const int64_t delay = 1 + static_cast<int64_t>(random()) % (undisturbed.microseconds[chosen] + 1);
         Child child([&](Channel &channel) {
             const DebugLines lines;
             Library library;
-            for (const Step &step : steps)
+            for (const Step &step : steps) {
+                if (&step == &steps[chosen])
+                    dieIn(delay);
                 channel.tell(step.call());
+            }
             channel.hear();
         });
-        const size_t wanted = random() % steps.size();
         size_t acknowledged = 0;
-        while (acknowledged < wanted && child.hear() == 0)
+        while (child.hear() == 0)
             ++acknowledged;
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 1500));
-        child.kill();
         EXPECT_EQ(child.wait().signal, SIGKILL);
-        while (child.hear() == 0) // told before the kill, and not heard yet
-            ++acknowledged;
-        inTheMiddle += fs::exists("CacheDb-journal");
-        ASSERT_TRUE(isWhole(contents, acknowledged)) << "kill " << kill;
+        EXPECT_GE(acknowledged, chosen);
+        const bool leftJournal = fs::exists("CacheDb-journal");
+        ASSERT_TRUE(isWhole(undisturbed.contents, acknowledged)) << "kill " << turn;
+        kills += acknowledged < steps.size();
+        inTheMiddle += leftJournal;
     }
+    EXPECT_EQ(kills, wanted);
     figure("kills at random moments survived", kills);
     figure("random kills that left a journal to roll back", inTheMiddle);
 }
@@ -159,7 +198,7 @@ Family oneOfEach(const Family &family)
 TEST_P(KillFamily, AtEveryCallOnTheFile)
 {
     const Family family = oneOfEach(GetParam());
-    const std::vector<Contents> contents = undisturbedContents(family);
+    const std::vector<Contents> contents = undisturbedRun(family).contents;
     int kills = 0;
     for (const FaultKind kind : killsAtCalls())
         kills += killAtEveryCall(family.steps, kind, restore,
@@ -211,22 +250,30 @@ protected:
 
 TEST_F(KillCreation, AnyTime)
 {
+    removeStore();
+    Child undisturbed([](Channel &channel) {
+        const DebugLines lines;
+        channel.tell(microsecondsOf([] { Library().exit(); }));
+    });
+    const int64_t time = undisturbed.hear().value_or(0);
     std::minstd_rand random(seed());
-    const int kills = scaled(200);
-    for (int kill = 0; kill < kills && !HasFatalFailure(); ++kill) {
+    const int wanted = scaled(200);
+    int kills = 0;
+    for (int turn = 0; kills < wanted && turn < 3 * wanted && !HasFailure(); ++turn) {
         removeStore();
+        const int64_t delay = 1 + static_cast<int64_t>(random()) % (time + 1);
         Child child([&](Channel &channel) {
-            channel.tell(0);
+            dieIn(delay);
             const DebugLines lines;
-            Library library;
+            const Library library;
+            channel.tell(0);
             channel.hear();
         });
-        child.hear();
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 30000));
-        child.kill();
+        kills += !child.hear();
         EXPECT_EQ(child.wait().signal, SIGKILL);
         isCreatedWholeOrNotAtAll();
     }
+    EXPECT_EQ(kills, wanted);
     figure("kills at random moments survived", kills);
 }
 
