@@ -17,7 +17,7 @@ struct Field
     using Record = RecordType;
     using Table = TableType;
     using Value = typename Unwrapped<Member>::Value;
-    using Read = Value (*)(const QVariant &);
+    using Read = Value (*)(QVariant &);
     static constexpr bool isOptional = Unwrapped<Member>::isOptional;
     static constexpr bool isText = std::is_same_v<Value, QString>;
 

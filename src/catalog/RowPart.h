@@ -56,7 +56,7 @@ private:
     {
         if (place < 0)
             return;
-        const QVariant cell = query.value(place);
+        QVariant cell = query.value(place);
         if (!Field::isOptional || !cell.isNull())
             record.*field.member = field.read(cell);
     }
@@ -70,7 +70,7 @@ std::optional<Value> readCell(const QSqlQuery &query, int place)
 {
     if (place < 0)
         return std::nullopt;
-    const QVariant cell = query.value(place);
+    QVariant cell = query.value(place);
     return cell.isNull() ? std::nullopt : std::optional<Value>(ValueKind<Value>::read(cell));
 }
 

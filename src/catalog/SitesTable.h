@@ -56,7 +56,7 @@ struct SitesTable : Table
 namespace SiteFields {
 
 // Read as a number that is not 0, unlike every other flag.
-inline bool readNonZero(const QVariant &cell)
+inline bool readNonZero(QVariant &cell)
 {
     return cell.toUInt() != 0;
 }

@@ -6,6 +6,7 @@
 #include <QVariant>
 #include <optional>
 #include <type_traits>
+#include <utility>
 
 namespace brimlet {
 
@@ -33,7 +34,7 @@ struct ValueKind
     static constexpr QVariant::Type type = QVariant::UInt;
     static constexpr const char *column = "UNSIGNED BIG INT";
     static QVariant bound(const Value &value) { return value.id; }
-    static constexpr Value (*read)(const QVariant &) = nullptr;
+    static constexpr Value (*read)(QVariant &) = nullptr;
 };
 
 template<>
@@ -42,7 +43,7 @@ struct ValueKind<quint32>
     static constexpr QVariant::Type type = QVariant::UInt;
     static constexpr const char *column = "UNSIGNED BIG INT";
     static QVariant bound(quint32 value) { return value; }
-    static quint32 read(const QVariant &cell) { return readWhole(cell, &QVariant::toUInt); }
+    static quint32 read(QVariant &cell) { return readWhole(cell, &QVariant::toUInt); }
 };
 
 template<>
@@ -51,7 +52,7 @@ struct ValueKind<qint32>
     static constexpr QVariant::Type type = QVariant::Int;
     static constexpr const char *column = "UNSIGNED BIG INT";
     static QVariant bound(qint32 value) { return value; }
-    static qint32 read(const QVariant &cell) { return readWhole(cell, &QVariant::toInt); }
+    static qint32 read(QVariant &cell) { return readWhole(cell, &QVariant::toInt); }
 };
 
 template<>
@@ -60,7 +61,7 @@ struct ValueKind<quint8>
     static constexpr QVariant::Type type = QVariant::Int;
     static constexpr const char *column = "UNSIGNED BIG INT";
     static QVariant bound(quint8 value) { return static_cast<qint32>(value); }
-    static quint8 read(const QVariant &cell) { return static_cast<quint8>(readWhole(cell, &QVariant::toInt)); }
+    static quint8 read(QVariant &cell) { return static_cast<quint8>(readWhole(cell, &QVariant::toInt)); }
 };
 
 template<>
@@ -69,7 +70,7 @@ struct ValueKind<quint64>
     static constexpr QVariant::Type type = QVariant::ULongLong;
     static constexpr const char *column = "DOUBLE";
     static QVariant bound(quint64 value) { return value; }
-    static quint64 read(const QVariant &cell) { return cell.toULongLong(); }
+    static quint64 read(QVariant &cell) { return cell.toULongLong(); }
 };
 
 template<>
@@ -78,7 +79,7 @@ struct ValueKind<bool>
     static constexpr QVariant::Type type = QVariant::Bool;
     static constexpr const char *column = "BOOLEAN";
     static QVariant bound(bool value) { return value; }
-    static bool read(const QVariant &cell) { return cell.toBool(); }
+    static bool read(QVariant &cell) { return cell.toBool(); }
 };
 
 template<>
@@ -87,7 +88,7 @@ struct ValueKind<double>
     static constexpr QVariant::Type type = QVariant::Double;
     static constexpr const char *column = "DOUBLE";
     static QVariant bound(double value) { return value; }
-    static double read(const QVariant &cell) { return cell.toDouble(); }
+    static double read(QVariant &cell) { return cell.toDouble(); }
 };
 
 template<>
@@ -96,7 +97,13 @@ struct ValueKind<QString>
     static constexpr QVariant::Type type = QVariant::String;
     static constexpr const char *column = "VARCHAR(255)";
     static QVariant bound(const QString &value) { return value; }
-    static QString read(const QVariant &cell) { return cell.toString(); }
+    // The cell's own text is taken out of it: the cell is a copy, which goes next.
+    static QString read(QVariant &cell)
+    {
+        if (cell.userType() == QMetaType::QString)
+            return std::move(*static_cast<QString *>(cell.data()));
+        return cell.toString();
+    }
 };
 
 // A field is optional; only a record's id is a plain value.
