@@ -11,12 +11,19 @@ file(STRINGS ${LIST} listed REGEX "^[^#]")
 names_in(${DEFINITION} "    ([a-z][A-Za-z]+)" defined)
 names_in(${HEADER} "BRIMLET_API [a-z0-9_]+ ([a-z][A-Za-z]+)\\(" declared)
 
-execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY} OUTPUT_VARIABLE text RESULT_VARIABLE failed)
-if(failed)
-    message(FATAL_ERROR "${NM} cannot read ${LIBRARY}")
+if(LIBRARY MATCHES "\\.dll$")
+    set(command ${OBJDUMP} -p)
+    set(line "\t\\[ *[0-9]+\\] (\\+base\\[ *[0-9]+\\] +[0-9a-f]+ )?") # the table of names; that of addresses has "export"
+else()
+    set(command ${NM} -D --defined-only)
+    set(line "[0-9a-f]+ [A-Za-z] ")
 endif()
-string(REGEX MATCHALL "[0-9a-f]+ [A-Za-z] [^\n]+" exported "${text}")
-list(TRANSFORM exported REPLACE "^[0-9a-f]+ [A-Za-z] " "") # a version behind a name, after "@", would stay and show
+execute_process(COMMAND ${command} ${LIBRARY} OUTPUT_VARIABLE text RESULT_VARIABLE failed)
+if(failed)
+    message(FATAL_ERROR "${command} cannot read ${LIBRARY}")
+endif()
+string(REGEX MATCHALL "${line}[^\n]+" exported "${text}")
+list(TRANSFORM exported REPLACE "^${line}" "") # a version behind a name, after "@", would stay and show
 
 foreach(names IN ITEMS listed defined declared exported)
     list(SORT ${names})

@@ -1,5 +1,6 @@
 // What Session of brimlet.hpp does when a launch takes too long or comes back, over stand-ins for the functions of the
 // library's life, so that the test says when a launch is over.
+#include "../support/Directory.h"
 #include "brimlet.hpp"
 
 #include <atomic>
@@ -175,10 +176,6 @@ class BindingLaunchOnFiles : public ::testing::TestWithParam<uint32_t>
 protected:
     BindingLaunchOnFiles()
     {
-        std::string pattern = (fs::temp_directory_path() / "brimlet-XXXXXX").string();
-        if (!mkdtemp(pattern.data()))
-            throw std::runtime_error("no temporary directory");
-        directory = pattern;
         for (const char *name : {"CacheDb", "CacheDb-journal", "other"})
             std::ofstream(directory / name) << "content";
         mayRun = true;
@@ -186,7 +183,7 @@ protected:
 
     ~BindingLaunchOnFiles() override { fs::remove_all(directory); }
 
-    fs::path directory;
+    const fs::path directory = test::makeDirectory();
 };
 
 class BindingLaunchReplaced : public BindingLaunchOnFiles

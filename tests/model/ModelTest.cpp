@@ -1,6 +1,8 @@
 // Random sequences of calls over all families, each answer compared with a model that knows no SQL.
 #include "Model.h"
 
+#include <QByteArray>
+#include <QtGlobal>
 #include <filesystem>
 #include <functional>
 #include <sstream>
@@ -131,7 +133,8 @@ std::string bad(const BadDocument &document, const std::string &object, const st
 // ---- The sequences ----
 
 // Their many small writes are made where they cost no disk, if the system has such a place.
-[[maybe_unused]] const bool isInMemory = std::filesystem::exists("/dev/shm") && setenv("TMPDIR", "/dev/shm", 0) == 0;
+[[maybe_unused]] const bool isInMemory =
+    !qEnvironmentVariableIsSet("TMPDIR") && std::filesystem::exists("/dev/shm") && qputenv("TMPDIR", "/dev/shm");
 
 class Sequences : public StoreTest, public ::testing::WithParamInterface<uint32_t>
 {

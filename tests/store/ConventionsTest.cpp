@@ -2,13 +2,10 @@
 
 #include <QString>
 #include <QtGlobal>
-#include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sqlite3.h>
-#include <sys/resource.h>
 
 struct sqlite3_api_routines;
 
@@ -46,12 +43,6 @@ protected:
 };
 
 // ---- Blocks as the library makes them ----
-
-template<class T>
-T *zeroed(size_t count = 1)
-{
-    return static_cast<T *>(std::calloc(count, sizeof(T)));
-}
 
 uint16_t *text(const std::string &utf8)
 {
@@ -503,29 +494,6 @@ public:
 
 private:
     QtMessageHandler before;
-};
-
-// No file of this process grows beyond a length while it lives; a write beyond it fails.
-class FileLimit
-{
-public:
-    explicit FileLimit(rlim_t bytes) : handler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit limit{bytes, before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, handler);
-    }
-    FileLimit(const FileLimit &) = delete;
-    FileLimit &operator=(const FileLimit &) = delete;
-
-private:
-    void (*handler)(int);
-    rlimit before{};
 };
 
 // ---- Targets ----
@@ -1286,19 +1254,6 @@ TEST_F(Conventions, AFailedParentCheckUndoesNothing)
     EXPECT_EQ(update(updateSection, R"({"D":{"device":1,"id":1}})").code, 7u);
     EXPECT_TRUE(isFailure(lines.all(), "is device exists error"));
     EXPECT_EQ(file.number("SELECT count(*) FROM Sections"), 1);
-}
-
-// The pages of the table lie behind the limit, those of the journal before it.
-TEST_F(Conventions, AFailedCommitIsNotNoticed)
-{
-    ASSERT_GT(std::filesystem::file_size("CacheDb"), 60000u);
-    const DebugLines lines;
-    {
-        const FileLimit limit(20000);
-        EXPECT_EQ(send(addSites, R"({"D":{"items":[{"id":1}]}})"), 0u);
-    }
-    EXPECT_EQ(lines.all(), Lines());
-    EXPECT_EQ(file.number("SELECT count(*) FROM Sites"), 0);
 }
 
 TEST_F(Conventions, TheStoreWorksAfterAFailure)

@@ -2,7 +2,6 @@
 #include "Store.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -415,8 +414,8 @@ TEST_F(DeviceUsers, AUserWithoutLinksIsWrittenThoughLinksAreRefused)
 
 FlatDevice *deviceWithOneUser(uint32_t *sections, uint32_t count)
 {
-    auto *device = static_cast<FlatDevice *>(std::calloc(1, sizeof(FlatDevice)));
-    device->users = static_cast<FlatDeviceUser *>(std::calloc(1, sizeof(FlatDeviceUser)));
+    auto *device = zeroed<FlatDevice>();
+    device->users = zeroed<FlatDeviceUser>();
     device->usersCount = 1;
     device->users[0].sections = sections;
     device->users[0].sectionsCount = count;
@@ -425,7 +424,7 @@ FlatDevice *deviceWithOneUser(uint32_t *sections, uint32_t count)
 
 TEST(DeviceUserRelease, SectionsWithoutACountAreFreedAll)
 {
-    EXPECT_EQ(freeDevice(deviceWithOneUser(static_cast<uint32_t *>(std::calloc(3, sizeof(uint32_t))), 0)), 0u);
+    EXPECT_EQ(freeDevice(deviceWithOneUser(zeroed<uint32_t>(3), 0)), 0u);
 }
 
 TEST(DeviceUserRelease, ACountWithoutSectionsIsNoMatter)

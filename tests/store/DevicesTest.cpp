@@ -1,7 +1,6 @@
 // Devices: a document taken apart into five tables, the tree put together again, its firmware update, its release.
 #include "Store.h"
 
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -1182,15 +1181,9 @@ TEST_F(Devices, UpdateSectionAnswers0AndIsUndoneWhenZonesCannotBeRead)
 
 // ---- Release ----
 
-template<class T>
-T *blocks(uint32_t count)
-{
-    return static_cast<T *>(std::calloc(count, sizeof(T)));
-}
-
 uint16_t *text(char16_t letter)
 {
-    uint16_t *made = blocks<uint16_t>(2);
+    uint16_t *made = zeroed<uint16_t>(2);
     made[0] = letter;
     return made;
 }
@@ -1203,7 +1196,7 @@ void fill(FlatZone &zone, uint32_t id)
 
 void fill(FlatSection &section, uint32_t id)
 {
-    section = {id,        text(u's'), block(1u), blocks<FlatZone>(2), 2,         block(2u), block(3u),
+    section = {id,        text(u's'), block(1u), zeroed<FlatZone>(2), 2,         block(2u), block(3u),
                block(4u), block(5u),  block(6u), block(7u),           block(8u), block(9u)};
     fill(section.zones[0], 1);
     fill(section.zones[1], 2);
@@ -1211,7 +1204,7 @@ void fill(FlatSection &section, uint32_t id)
 
 void fill(FlatDeviceUser &user, uint32_t id)
 {
-    user = {id, text(u'n'), text(u'c'), text(u'p'), blocks<uint32_t>(3), 3};
+    user = {id, text(u'n'), text(u'c'), text(u'p'), zeroed<uint32_t>(3), 3};
 }
 
 // A device with everything that a device can have: two sections of two zones, two users of three links.
@@ -1219,7 +1212,7 @@ void fill(FlatDevice &device, uint32_t id)
 {
     FlatLocale *locale = block(FlatLocale{1, text(u'i'), text(u'd')});
     FlatDomain *domain = block(FlatDomain{2, text(u'n'), block(3u), locale});
-    device = {id, block(1u),         domain,    block(2u), blocks<FlatSection>(2), 2, blocks<FlatDeviceUser>(2),
+    device = {id, block(1u),         domain,    block(2u), zeroed<FlatSection>(2), 2, zeroed<FlatDeviceUser>(2),
               2,  block(uint8_t{1}), block(3u), block(4u)};
     fill(device.sections[0], 1);
     fill(device.sections[1], 2);
@@ -1229,7 +1222,7 @@ void fill(FlatDevice &device, uint32_t id)
 
 FlatDevice *fullDevice()
 {
-    FlatDevice *device = blocks<FlatDevice>(1);
+    FlatDevice *device = zeroed<FlatDevice>(1);
     fill(*device, 1);
     return device;
 }
@@ -1252,7 +1245,7 @@ TEST(DeviceRelease, FreeTakesADeviceWithEverything)
 
 TEST(DeviceRelease, FreeTakesADeviceWithNothing)
 {
-    EXPECT_EQ(freeDevice(blocks<FlatDevice>(1)), 0u);
+    EXPECT_EQ(freeDevice(zeroed<FlatDevice>(1)), 0u);
 }
 
 TEST(DeviceRelease, FreeRefusesNull)
@@ -1366,7 +1359,7 @@ TEST(DeviceRelease, FreeStopsAtACountWithoutZonesInASection)
 
 TEST(DeviceRelease, FreeTakesAnArray)
 {
-    FlatDevice *devices = blocks<FlatDevice>(3);
+    FlatDevice *devices = zeroed<FlatDevice>(3);
     fill(devices[0], 1);
     fill(devices[2], 3);
     EXPECT_EQ(freeDevicesArray(devices, 3), 0u);
@@ -1385,7 +1378,7 @@ TEST(DeviceRelease, FreeArrayRefusesNullAndACountOf0)
 
 TEST(DeviceRelease, FreeArrayStopsAtTheFirstBadDevice)
 {
-    FlatDevice *devices = blocks<FlatDevice>(3);
+    FlatDevice *devices = zeroed<FlatDevice>(3);
     for (uint32_t index = 0; index < 3; ++index)
         fill(devices[index], index);
     devices[1].usersCount = 0;

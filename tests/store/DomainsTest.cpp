@@ -2,7 +2,6 @@
 // joined in, queries by a field, and what each of them leaves behind when a statement fails.
 #include "Store.h"
 
-#include <cstdlib>
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
@@ -1065,7 +1064,7 @@ TEST_F(Domains, GuardsAndReadersAnswerWithoutALaunchedLibrary)
 
 uint16_t *text()
 {
-    uint16_t *made = static_cast<uint16_t *>(std::calloc(100, sizeof(uint16_t)));
+    uint16_t *made = zeroed<uint16_t>(100);
     made[0] = u'x';
     return made;
 }
@@ -1132,7 +1131,7 @@ TEST_F(Domains, FreeOfAnArrayGivesBackEveryBlockOfEveryElement)
     const uint32_t length = 500;
     const size_t before = mallinfo2().uordblks;
     for (int round = 0; round < 2; ++round) {
-        auto *domains = static_cast<FlatDomain *>(std::malloc(length * sizeof(FlatDomain)));
+        auto *domains = zeroed<FlatDomain>(length);
         for (uint32_t index = 0; index < length; ++index)
             domains[index] = filled();
         EXPECT_EQ(freeDomainsArray(domains, length), 0u);

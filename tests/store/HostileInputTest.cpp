@@ -1,10 +1,8 @@
 // Documents that are bombs, and texts whose count lies: refused, or taken whole, and no unit beyond a count is read.
+#include "GuardedText.h"
 #include "Hostile.h"
 
 #include <cstdlib>
-#include <cstring>
-#include <sys/mman.h>
-#include <unistd.h>
 
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/lsan_interface.h>
@@ -129,33 +127,6 @@ TEST_F(HostileInput, AKeyGivenTwiceTakesItsLastValue)
 }
 
 // ---- Counts ----
-
-// A text that ends where memory that nobody may touch begins.
-class GuardedText
-{
-public:
-    explicit GuardedText(const std::u16string &text)
-        : page(static_cast<size_t>(sysconf(_SC_PAGESIZE)))
-        , length(static_cast<uint32_t>(text.size()))
-    {
-        memory = mmap(nullptr, 2 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (memory == MAP_FAILED || mprotect(static_cast<char *>(memory) + page, page, PROT_NONE) != 0)
-            throw std::runtime_error("no guarded page");
-        start = static_cast<char *>(memory) + page - text.size() * sizeof(char16_t);
-        std::memcpy(start, text.data(), text.size() * sizeof(char16_t));
-    }
-    ~GuardedText() { munmap(memory, 2 * page); }
-    GuardedText(const GuardedText &) = delete;
-    GuardedText &operator=(const GuardedText &) = delete;
-    const uint16_t *data() const { return static_cast<const uint16_t *>(start); }
-    uint32_t count() const { return length; }
-
-private:
-    size_t page;
-    uint32_t length;
-    void *memory = nullptr;
-    void *start = nullptr;
-};
 
 // Counts that a signed number takes for negative ones.
 const std::vector<uint32_t> vastCounts = {0x80000000u, 0x80000001u, 0xFFFFFFFEu, 0xFFFFFFFFu};

@@ -62,7 +62,7 @@ private:
 std::vector<std::string> openFiles()
 {
     std::vector<std::string> names;
-    if (!fs::exists("/proc/self/fd"))
+    if (!fs::is_symlink("/proc/self/exe"))
         return names;
     for (const fs::directory_entry &entry : fs::directory_iterator("/proc/self/fd")) {
         std::error_code gone; // the iterator's own descriptor is among them
@@ -174,6 +174,18 @@ TEST_F(Lifecycle, ExitClosesTheFileBeforeItReturns)
     thread.join();
     EXPECT_TRUE(openBefore);
     EXPECT_FALSE(openAfter);
+}
+
+// On Windows nobody removes a file that is open.
+TEST_F(Lifecycle, TheFileCanBeRemovedAfterAnExit)
+{
+    std::thread thread(launchCache);
+    waitUntilRunning();
+    exitCache();
+    std::error_code error;
+    const bool isRemoved = fs::remove("CacheDb", error); // launchCache may still be on its way out
+    thread.join();
+    EXPECT_TRUE(isRemoved) << error.message();
 }
 
 TEST_F(Lifecycle, ExitWorksFromAThreadOfItsOwn)

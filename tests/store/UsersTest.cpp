@@ -2,7 +2,6 @@
 // its locale joined in, queries by a field, and what each of them leaves behind when a statement fails.
 #include "Store.h"
 
-#include <cstdlib>
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
@@ -1232,7 +1231,7 @@ TEST_F(Users, GuardsAndReadersAnswerWithoutALaunchedLibrary)
 
 uint16_t *text()
 {
-    uint16_t *made = static_cast<uint16_t *>(std::calloc(100, sizeof(uint16_t)));
+    uint16_t *made = zeroed<uint16_t>(100);
     made[0] = u'x';
     return made;
 }
@@ -1303,7 +1302,7 @@ TEST_F(Users, FreeOfAnArrayGivesBackEveryBlockOfEveryElement)
     const uint32_t length = 500;
     const size_t before = mallinfo2().uordblks;
     for (int round = 0; round < 2; ++round) {
-        auto *users = static_cast<FlatUser *>(std::malloc(length * sizeof(FlatUser)));
+        auto *users = zeroed<FlatUser>(length);
         for (uint32_t index = 0; index < length; ++index)
             users[index] = filled();
         EXPECT_EQ(freeUsersArray(users, length), 0u);

@@ -4,8 +4,9 @@
 #include <QtGlobal>
 #include <chrono>
 #include <cstdlib>
-#include <filesystem>
+#include <cstring>
 #include <mutex>
+#include <new>
 #include <sqlite3.h>
 #include <stdexcept>
 
@@ -25,6 +26,20 @@ std::optional<std::string> utf8(const uint16_t *text)
     if (!text)
         return std::nullopt;
     return QString::fromUtf16(text).toStdString();
+}
+
+// ---- Records ----
+
+void *allocate(size_t size)
+{
+#ifdef _WIN32
+    void *memory = CoTaskMemAlloc(size);
+#else
+    void *memory = std::malloc(size);
+#endif
+    if (!memory)
+        throw std::bad_alloc();
+    return std::memset(memory, 0, size);
 }
 
 namespace {
@@ -302,22 +317,6 @@ int64_t File::number(const std::string &sql) const
 }
 
 // ---- The library ----
-
-Directory::Directory() : before(std::filesystem::current_path().string())
-{
-    std::string pattern = (std::filesystem::temp_directory_path() / "brimlet-XXXXXX").string();
-    if (!mkdtemp(pattern.data()))
-        throw std::runtime_error("no temporary directory");
-    name = pattern;
-    std::filesystem::current_path(name);
-}
-
-Directory::~Directory()
-{
-    std::error_code ignored;
-    std::filesystem::current_path(before, ignored);
-    std::filesystem::remove_all(name, ignored);
-}
 
 Library::Library()
 {

@@ -2,6 +2,7 @@
 // the debug lines, and a look into the file through a connection that the library knows nothing of.
 #pragma once
 
+#include "Directory.h"
 #include "brimlet.h"
 
 #include <cstdint>
@@ -75,11 +76,19 @@ uint32_t find(Function function, Out **out, uint32_t *count, const std::string &
 
 // ---- Records ----
 
-// A block of the shared allocator with a value in it, for flat records made by hand.
+// Memory of the allocator that the library shares with its clients, all zero.
+void *allocate(size_t size);
+
+// Blocks of it for flat records made by hand: of zeros, and with a value.
+template<class T>
+T *zeroed(size_t count = 1)
+{
+    return static_cast<T *>(allocate(count * sizeof(T)));
+}
 template<class T>
 T *block(const T &content)
 {
-    T *made = static_cast<T *>(std::malloc(sizeof(T)));
+    T *made = zeroed<T>();
     *made = content;
     return made;
 }
@@ -263,21 +272,6 @@ private:
 };
 
 // ---- The library ----
-
-// A directory of its own, made the working directory, removed with all it holds.
-class Directory
-{
-public:
-    Directory();
-    ~Directory();
-    Directory(const Directory &) = delete;
-    Directory &operator=(const Directory &) = delete;
-    const std::string &path() const { return name; }
-
-private:
-    std::string name;
-    std::string before;
-};
 
 // The library on a thread of its own, launched by the constructor and exited by the destructor.
 class Library
