@@ -11,7 +11,7 @@ function(brimlet_exports target list)
     file(GENERATE OUTPUT ${script} CONTENT "{\n    global:\n        ${lines};\n    local:\n        *;\n};\n")
     list(JOIN names "\n    " lines)
     set(definition ${CMAKE_CURRENT_BINARY_DIR}/${target}.def)
-    file(GENERATE OUTPUT ${definition} CONTENT "EXPORTS\n    ${lines}\n")
+    file(GENERATE OUTPUT ${definition} CONTENT "LIBRARY ${target}\nEXPORTS\n    ${lines}\n")
 
     if(WIN32)
         set_source_files_properties(${definition} PROPERTIES GENERATED ON)

@@ -39,6 +39,22 @@ endif()
 configure_file(cmake/brimlet.pc.in brimlet.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/brimlet.pc DESTINATION ${pkgconfig_directory} COMPONENT development)
 
+# On Windows, all that the library needs beside it. Qt finds its driver in `plugins`, next to the folder of its own DLLs.
+# The module definition is for linkers that cannot read the import library.
+if(WIN32)
+    set(runtime_libraries "")
+    foreach(name IN ITEMS libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+        execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${name}
+            OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE)
+        list(APPEND runtime_libraries ${file})
+    endforeach()
+    install(FILES $<TARGET_FILE:Qt5::Core> $<TARGET_FILE:Qt5::Sql> ${runtime_libraries}
+        DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
+    install(FILES $<TARGET_FILE:Qt5::QSQLiteDriverPlugin> DESTINATION plugins/sqldrivers COMPONENT runtime)
+    install(FILES $<TARGET_PROPERTY:brimlet,BINARY_DIR>/brimlet.def DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        COMPONENT development)
+endif()
+
 # Documentation with the files that it links to, and the example client with its data, ready to be built on the
 # installed library.
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${documentation_directory} COMPONENT development)
@@ -58,6 +74,8 @@ install(DIRECTORY bindings/dotnet DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/briml
     PATTERN "obj" EXCLUDE)
 
 # The Python package, where Debian's interpreter looks in /usr, and the companion command that runs it.
-install(DIRECTORY bindings/python/brimlet DESTINATION lib/python3/dist-packages COMPONENT tools
-    PATTERN "__pycache__" EXCLUDE)
-install(PROGRAMS cmake/brimlet.py DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME brimlet COMPONENT tools)
+if(NOT WIN32)
+    install(DIRECTORY bindings/python/brimlet DESTINATION lib/python3/dist-packages COMPONENT tools
+        PATTERN "__pycache__" EXCLUDE)
+    install(PROGRAMS cmake/brimlet.py DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME brimlet COMPONENT tools)
+endif()

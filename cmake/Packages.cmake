@@ -1,8 +1,17 @@
-# Debian packages: `cpack -G DEB` in the build directory. Configure with -DCMAKE_INSTALL_PREFIX=/usr to have the library
-# in the folder of its architecture.
-set(CPACK_GENERATOR DEB)
+# Packages, made by `cpack` in the build directory.
 set(CPACK_PACKAGE_NAME brimlet)
 set(CPACK_PACKAGE_VENDOR "The Brimlet developers")
+if(WIN32)
+    # One archive of everything.
+    set(CPACK_GENERATOR ZIP)
+    set(CPACK_PACKAGE_FILE_NAME brimlet-${PROJECT_VERSION}-windows-x86_64)
+    set(CPACK_STRIP_FILES ON)
+    include(CPack)
+    return()
+endif()
+
+# Debian packages. Configure with -DCMAKE_INSTALL_PREFIX=/usr to have the library in the folder of its architecture.
+set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own below, else CPack sets one in front of it
 set(CPACK_PACKAGE_CONTACT "The Brimlet developers <brimlet@localhost>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
