@@ -13,7 +13,7 @@ names_in(${HEADER} "BRIMLET_API [a-z0-9_]+ ([a-z][A-Za-z]+)\\(" declared)
 
 if(LIBRARY MATCHES "\\.dll$")
     set(command ${OBJDUMP} -p)
-    set(line "\t\\[ *[0-9]+\\] (\\+base\\[ *[0-9]+\\] +[0-9a-f]+ )?") # the table of names; that of addresses has "export"
+    set(line "\t\\[ *[0-9]+\\] (\\+base\\[ *[0-9]+\\] +[0-9a-f]+ )?")
 else()
     set(command ${NM} -D --defined-only)
     set(line "[0-9a-f]+ [A-Za-z] ")
@@ -24,6 +24,16 @@ if(failed)
 endif()
 string(REGEX MATCHALL "${line}[^\n]+" exported "${text}")
 list(TRANSFORM exported REPLACE "^${line}" "") # a version behind a name, after "@", would stay and show
+if(LIBRARY MATCHES "\\.dll$")
+    # A DLL has a table of addresses beside that of names: an export without a name would show there.
+    set(addresses ${exported})
+    list(FILTER addresses INCLUDE REGEX " RVA")
+    list(FILTER exported EXCLUDE REGEX " RVA")
+    list(LENGTH addresses count)
+    if(NOT count EQUAL 96)
+        message(FATAL_ERROR "${count} exported addresses, not 96")
+    endif()
+endif()
 
 foreach(names IN ITEMS listed defined declared exported)
     list(SORT ${names})
