@@ -39,16 +39,14 @@ endif()
 configure_file(cmake/brimlet.pc.in brimlet.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/brimlet.pc DESTINATION ${pkgconfig_directory} COMPONENT development)
 
-# On Windows, all that the library needs beside it. Qt finds its driver in `plugins`, next to the folder of its own DLLs.
-# The module definition is for linkers that cannot read the import library.
+# On Windows, all that the library needs beside it: Qt, the compiler's libraries, which lie beside Qt's, and Qt's driver,
+# which is found in `plugins`, next to the folder of the DLLs. The module definition is for linkers that cannot read the
+# import library.
 if(WIN32)
-    set(runtime_libraries "")
-    foreach(name IN ITEMS libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
-        execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${name}
-            OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE)
-        list(APPEND runtime_libraries ${file})
-    endforeach()
-    install(FILES $<TARGET_FILE:Qt5::Core> $<TARGET_FILE:Qt5::Sql> ${runtime_libraries}
+    install(FILES $<TARGET_FILE:Qt5::Core> $<TARGET_FILE:Qt5::Sql>
+        $<TARGET_FILE_DIR:Qt5::Core>/libstdc++-6.dll
+        $<TARGET_FILE_DIR:Qt5::Core>/libgcc_s_seh-1.dll
+        $<TARGET_FILE_DIR:Qt5::Core>/libwinpthread-1.dll
         DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
     install(FILES $<TARGET_FILE:Qt5::QSQLiteDriverPlugin> DESTINATION plugins/sqldrivers COMPONENT runtime)
     install(FILES $<TARGET_PROPERTY:brimlet,BINARY_DIR>/brimlet.def DESTINATION ${CMAKE_INSTALL_LIBDIR}

@@ -302,10 +302,17 @@ void secondSession()
     expect("getUser", CALL(getUser)(&user, 1001), BRIMLET_NOT_FOUND);
 }
 
-// A file that is no store is replaced; the way out is to remove it while nothing is launched.
+// A file that is no store is replaced, unless another program holds it open. The way out is to remove it while nothing
+// is launched.
 void recovery()
 {
     std::ofstream("CacheDb", std::ios::trunc) << "no store";
+    {
+        const std::ifstream held("CacheDb");
+        const Session session;
+        expect("getLaunchCacheResult", CALL(getLaunchCacheResult)(), BRIMLET_LAUNCH_REPLACED_VERSION);
+        require(fs::file_size("CacheDb") == std::string("no store").size(), "a file that is held stays");
+    }
     {
         const Session session;
         expect("getLaunchCacheResult", CALL(getLaunchCacheResult)(), BRIMLET_LAUNCH_REPLACED_VERSION);
