@@ -1,5 +1,6 @@
 #include "Directory.h"
 
+#include <cstdlib>
 #include <random>
 #include <system_error>
 
@@ -7,12 +8,23 @@ namespace brimlet::test {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+fs::path placeForFiles()
+{
+    const char *given = std::getenv("TMPDIR"); // Windows itself does not look at it
+    return given ? fs::absolute(given) : fs::temp_directory_path();
+}
+
+} // namespace
+
 fs::path makeDirectory()
 {
+    const fs::path place = placeForFiles();
     std::random_device random;
     fs::path directory;
     do {
-        directory = fs::temp_directory_path() / ("brimlet-" + std::to_string(random()));
+        directory = place / ("brimlet-" + std::to_string(random()));
     } while (!fs::create_directory(directory));
     return directory;
 }

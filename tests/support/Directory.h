@@ -6,7 +6,7 @@
 
 namespace brimlet::test {
 
-// Makes a fresh directory among the temporary files.
+// Makes a fresh directory in TMPDIR, or else among the temporary files.
 std::filesystem::path makeDirectory();
 
 // A directory of its own, made the working directory, removed with all it holds.
