@@ -32,8 +32,5 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 # A program finds Qt by WINEPATH. One that crashes ends at once: no debugger, no dialogue.
-find_program(BRIMLET_WINE wine DOC "Runs programs for Windows")
-if(BRIMLET_WINE)
-    set(CMAKE_CROSSCOMPILING_EMULATOR env WINEDEBUG=-all "WINEDLLOVERRIDES=winedbg.exe=d" "WINEPATH=${qt}/bin"
-        ${BRIMLET_WINE})
-endif()
+set(CMAKE_CROSSCOMPILING_EMULATOR env WINEDEBUG=-all "WINEDLLOVERRIDES=winedbg.exe=d" "WINEPATH=${qt}/bin"
+    ${CMAKE_CURRENT_LIST_DIR}/run-under-wine)
