@@ -39,9 +39,9 @@ endif()
 configure_file(cmake/brimlet.pc.in brimlet.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/brimlet.pc DESTINATION ${pkgconfig_directory} COMPONENT development)
 
-# On Windows, all that the library needs beside it: Qt, the compiler's libraries, which lie beside Qt's, and Qt's driver,
-# which is found in `plugins`, next to the folder of the DLLs. The module definition is for linkers that cannot read the
-# import library.
+# On Windows, all that the library needs beside it: Qt, the compiler's libraries, which lie beside Qt's, and Qt's
+# driver, which is found in `plugins`, next to the folder of the DLLs. The module definition is for linkers that cannot
+# read the import library.
 if(WIN32)
     install(FILES $<TARGET_FILE:Qt5::Core> $<TARGET_FILE:Qt5::Sql>
         $<TARGET_FILE_DIR:Qt5::Core>/libstdc++-6.dll

@@ -1,5 +1,6 @@
-# Builds for 64-bit Windows on Debian: MinGW-w64, the Qt that scripts/windows-qt has made, and Wine, which runs the tests.
-# The environment variable BRIMLET_WINDOWS_SDK names the directory of scripts/windows-qt where it is another than usual.
+# Builds for 64-bit Windows on Debian: MinGW-w64, the Qt that scripts/windows-qt has made, and Wine, which runs the
+# tests. The environment variable BRIMLET_WINDOWS_SDK names the directory of scripts/windows-qt where it is another
+# than usual.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
