@@ -245,7 +245,7 @@ def page(memory, disk, scaling):
     parts = [
         "# Performance",
         "This page is written by `scripts/bench`, which repeats everything on it; `scripts/bench --quick` does it "
-        "with few repetitions and without the scaling run.",
+        "with few\nrepetitions and without the scaling run.",
         markdown(["measured", ""], [
             ["date", datetime.date.today().isoformat()],
             ["machine", f"{on['processor']}, {on['cores']} cores, {on['system']}, kernel {on['kernel']}"],
@@ -269,7 +269,7 @@ def page(memory, disk, scaling):
             "Devices of the scaling run have 4 sections of 4 zones and 2 users of 2 links each.",
             markdown(*list_growth(scaling)),
             f"For twice the rows the time of a list operation may grow by {GROWTH_LIMIT}, that of the others by no "
-            "more than the logarithm of the size.",
+            "more than\nthe logarithm of the size.",
             markdown(*single_growth(scaling)),
         ]
     parts.append((HERE / "findings.md").read_text().strip())
