@@ -6,6 +6,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <future>
 
 using namespace brimlet::test;
 namespace fs = std::filesystem;
@@ -278,13 +279,16 @@ TEST_F(Lifecycle, TheNextLaunchFindsTheFileAndItsData)
 TEST_F(Lifecycle, ALaunchOnTheSameThreadAgainWorks)
 {
     std::vector<int32_t> results;
+    std::promise<void> exited; // a launch beside an exit may be taken away by it
     std::thread launcher([&] {
         results.push_back(launchCache());
+        exited.get_future().wait();
         results.push_back(launchCache());
     });
     waitUntilRunning();
     EXPECT_EQ(getLaunchCacheResult(), 100u);
     exitCache();
+    exited.set_value();
     waitUntilRunning();
     EXPECT_EQ(getLaunchCacheResult(), 0u);
     exitCache();
