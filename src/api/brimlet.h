@@ -69,8 +69,9 @@ extern "C" {
 /**
  * Runs the library on the calling thread, and returns when exitCache has been called. Opens or creates the file
  * "CacheDb" in the working directory; poll getState to learn when that is done, then ask getLaunchCacheResult how it
- * went. A failed launch does not return either. Call it once at a time; after it has returned it may be called again,
- * on any thread. It makes the process's one QCoreApplication: a client that has one of its own cannot use it.
+ * went. A failed launch does not return either. Call it once at a time; when both it and exitCache have returned it may
+ * be called again, on any thread. It makes the process's one QCoreApplication: a client that has one of its own cannot
+ * use it.
  * @return 0
  */
 BRIMLET_API int32_t launchCache(void);
