@@ -77,16 +77,6 @@ bool isLongForm()
     return form && std::string(form) == "long";
 }
 
-namespace {
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool isSanitized = true;
-#else
-constexpr bool isSanitized = false;
-#endif
-
-} // namespace
-
 int scaled(int count)
 {
     if (isLongForm())

@@ -25,6 +25,13 @@ std::string difference(const Contents &one, const Contents &other);
 std::string bytesOf(const std::string &path);
 void writeBytes(const std::string &path, const std::string &bytes);
 
+// Whether these tests are built with AddressSanitizer.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
+
 // True in the long form of these tests, which BRIMLET_FAULTS=long asks for.
 bool isLongForm();
 // A count of the bounded form; many times that in the long one, and less in a sanitized build, where a child takes its

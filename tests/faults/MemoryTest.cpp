@@ -17,11 +17,7 @@ namespace fs = std::filesystem;
 namespace {
 
 // Under AddressSanitizer freed blocks are kept for a while, and the allocator is not the one that tells its sums.
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool isMemoryToldExactly = false;
-#else
-constexpr bool isMemoryToldExactly = true;
-#endif
+constexpr bool isMemoryToldExactly = !isSanitized;
 
 struct Usage
 {
