@@ -24,7 +24,15 @@ int32_t launchCache(void)
     auto *instance = new Controller;
     instance->launch(QStringLiteral("CacheDb"));
     g_controller = instance; // only now: whoever sees a state sees the final launch result too
-    QMetaObject::invokeMethod(g_controller, "onStart", Qt::QueuedConnection);
+    // By way of the application, since a client that sees state 2 may exit while the loop is still in this delivery: it
+    // must not be one to the instance, which goes with the exit.
+    QMetaObject::invokeMethod(
+        g_application,
+        [instance] {
+            if (g_controller == instance)
+                instance->onStart();
+        },
+        Qt::QueuedConnection);
     return QCoreApplication::exec();
 }
 
