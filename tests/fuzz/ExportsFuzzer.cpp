@@ -241,6 +241,7 @@ struct Launched
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
     quietly();
+    withoutLocks();
     static const Launched launched;
     return 0;
 }

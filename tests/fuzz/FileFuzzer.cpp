@@ -142,6 +142,7 @@ void put(const uint8_t *data, size_t size)
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
     quietly();
+    withoutLocks();
     static const Directory directory;
     return 0;
 }

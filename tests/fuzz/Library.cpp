@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <sqlite3.h>
 #include <unistd.h>
 
 namespace brimlet::fuzz {
@@ -56,6 +57,12 @@ void quietly()
     qInstallMessageHandler(ignore);
     const Unseen unseen;
     require(QThread::currentThread() != nullptr, "Qt knows this thread");
+}
+
+void withoutLocks()
+{
+    require(sqlite3_config(SQLITE_CONFIG_SINGLETHREAD) == SQLITE_OK, "SQLite does without locks");
+    require(sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0) == SQLITE_OK, "SQLite does without accounts");
 }
 
 } // namespace brimlet::fuzz
