@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <string>
-#include <thread>
 
 namespace brimlet::fuzz {
 
@@ -21,7 +20,7 @@ private:
     std::string name;
 };
 
-// Launched by the constructor on a thread of its own, exited by the destructor.
+// Launched by the constructor on another thread, exited by the destructor.
 class Library
 {
 public:
@@ -29,9 +28,6 @@ public:
     ~Library();
     Library(const Library &) = delete;
     Library &operator=(const Library &) = delete;
-
-private:
-    std::thread thread;
 };
 
 // Silences the log, and has Qt allocate what it never frees out of the leak checker's sight.
