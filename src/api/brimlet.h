@@ -194,7 +194,8 @@ BRIMLET_API uint32_t freeDomainsArray(FlatDomain *domains, uint32_t count);
 /**
  * @name Users
  * JSON: "id" number, required; "name", "login", "contacts" text; "active" flag; "domain", "org", "roles" number;
- * "phone" number, exact up to 2^52 and, from there to 2^63, as far as a double carries it. Searchable: all nine.
+ * "phone" number, exact up to 2^52; from there to 2^63 it may come back as one of the numbers beside it. Searchable: all
+ * nine.
  * @{
  */
 
