@@ -22,8 +22,8 @@ inline QString toString(const uint16_t *text, uint32_t length)
 // unit by unit goes through it: no text, a byte order mark, a count beyond a QString's.
 inline QString documentText(const uint16_t *text, uint32_t length)
 {
-    const bool isPlain = text && length > 0 && length <= std::numeric_limits<int>::max() && *text != QChar::ByteOrderMark
-        && *text != QChar::ByteOrderSwapped;
+    const bool isPlain = text && length > 0 && length <= std::numeric_limits<int>::max()
+                      && *text != QChar::ByteOrderMark && *text != QChar::ByteOrderSwapped;
     if (!isPlain)
         return toString(text, length);
     return QString::fromRawData(reinterpret_cast<const QChar *>(text), static_cast<int>(length));
