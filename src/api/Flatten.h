@@ -8,6 +8,7 @@
 #include "catalog/Values.h"
 
 #include <iterator>
+#include <limits>
 #include <tuple>
 #include <vector>
 
@@ -49,8 +50,8 @@ constexpr bool canCarry()
         return std::is_same_v<FlatMember, uint8_t *>;
     else
         return std::is_pointer_v<FlatMember> && sizeof(Cell) == sizeof(Value)
-            && std::is_signed_v<
-                   Cell> == std::is_signed_v<Value> && std::is_floating_point_v<Cell> == std::is_floating_point_v<Value>;
+            && std::numeric_limits<Cell>::is_signed == std::numeric_limits<Value>::is_signed
+            && std::numeric_limits<Cell>::is_integer == std::numeric_limits<Value>::is_integer;
 }
 
 // A value in the flat record itself, or in a block of its own where it can be absent.
