@@ -19,7 +19,7 @@ bool SQLiteDatabase::updateContractor(std::optional<Contractor> &contractor)
 
 bool SQLiteDatabase::deleteContractor(quint32 id)
 {
-    return deleteById(ContractorsTable(), id, "delete contractor error");
+    return deleteById(tables.contractors, id, "delete contractor error");
 }
 
 bool SQLiteDatabase::getContractor(std::optional<Contractor> &contractor, quint32 id)

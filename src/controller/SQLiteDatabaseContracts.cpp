@@ -18,7 +18,7 @@ bool SQLiteDatabase::updateContract(std::optional<Contract> &contract)
 
 bool SQLiteDatabase::deleteContract(quint32 id)
 {
-    return deleteById(ContractsTable(), id, "delete contract error");
+    return deleteById(tables.contracts, id, "delete contract error");
 }
 
 bool SQLiteDatabase::getContract(std::optional<Contract> &contract, quint32 id)

@@ -18,7 +18,7 @@ bool SQLiteDatabase::updateDomain(std::optional<Domain> &domain)
 
 bool SQLiteDatabase::deleteDomain(quint32 id)
 {
-    return deleteById(DomainsTable(), id, "delete domain error");
+    return deleteById(tables.domains, id, "delete domain error");
 }
 
 bool SQLiteDatabase::getDomain(std::optional<Domain> &domain, quint32 id)

@@ -32,8 +32,7 @@ bool SQLiteDatabase::deleteOrganization(quint32 id)
     tables.preparePersonDeleteForOrganization(query, id); // first: it finds the person by the organization's row
     if (!run("delete person error"))
         return false;
-    const OrganizationsTable organizations;
-    tables.prepareDelete(query, organizations.table, organizations.id.column, id);
+    tables.prepareDelete(query, tables.organizations.table, tables.organizations.id.column, id);
     return run("delete organization error") && commit();
 }
 

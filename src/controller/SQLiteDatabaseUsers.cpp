@@ -23,7 +23,7 @@ bool SQLiteDatabase::updateUser(std::optional<User> &user)
 
 bool SQLiteDatabase::deleteUser(quint32 id)
 {
-    return deleteById(UsersTable(), id, "delete user error");
+    return deleteById(tables.users, id, "delete user error");
 }
 
 bool SQLiteDatabase::getUser(std::optional<User> &user, quint32 id)
