@@ -88,10 +88,16 @@ void time(const Workload &workload, Stores &stores, const Effort &effort, Result
     benchmark::RunSpecifiedBenchmarks(&collector);
 }
 
+// One word for the shell; no name or path of ours holds a quote.
+std::string quoted(const std::string &word)
+{
+    return "'" + word + "'";
+}
+
 int64_t askForPeak(const Workload &workload, const std::string &implementation, const fs::path &directory)
 {
-    const std::string command = fs::read_symlink("/proc/self/exe").string() + " " + peakOption + " '" + workload.name
-                              + "' " + implementation + " " + directory.string();
+    const std::string command = quoted(fs::read_symlink("/proc/self/exe").string()) + " " + peakOption + " "
+                              + quoted(workload.name) + " " + implementation + " " + quoted(directory.string());
     FILE *answer = popen(command.c_str(), "r");
     long long peak = 0;
     const bool isRead = answer && std::fscanf(answer, "%lld", &peak) == 1;
