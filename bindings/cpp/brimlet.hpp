@@ -753,6 +753,7 @@ public:
     Text domainName() const { return detail::text(flat->domainName); }
     /** @} */
 };
+
 // ---- Owners ----
 
 namespace detail {
