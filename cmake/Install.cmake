@@ -59,6 +59,7 @@ install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${documentation
 install(FILES src/api/brimlet.h src/api/FlatRecords.h src/api/ResultCodes.h src/api/exports.txt
     DESTINATION ${documentation_directory}/src/api COMPONENT development)
 install(FILES bindings/cpp/brimlet.hpp DESTINATION ${documentation_directory}/bindings/cpp COMPONENT development)
+install(FILES tests/windows/client.cpp DESTINATION ${documentation_directory}/tests/windows COMPONENT development)
 install(DIRECTORY docs DESTINATION ${documentation_directory} COMPONENT development
     FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png")
 install(DIRECTORY examples/ DESTINATION ${documentation_directory}/examples COMPONENT development

@@ -1,9 +1,11 @@
 """What the tests of the pages share: sections, and the rows of their tables."""
 
+import os
 import re
 from pathlib import Path
 
-ROOT = Path(__file__).resolve().parents[2]
+# The checkout, or the installed documentation.
+ROOT = Path(os.environ.get("BRIMLET_ROOT", Path(__file__).resolve().parents[2]))
 
 
 def source(path):
