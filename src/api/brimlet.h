@@ -6,7 +6,8 @@
  * Conventions, which hold for every function below unless it says otherwise:
  *
  * 1. **Text in** is a pointer to UTF-16 code units and their count in units, not bytes; no terminator is needed. A byte
- *    order mark at its start is obeyed and dropped.
+ *    order mark at its start is obeyed and dropped. A text has at most 700 million units: a count beyond that is not
+ *    refused, and the process may die of it.
  *    Texts named `json` hold a JSON object whose member "D" is the payload, in one of three forms:
  *    - batch: `{"D":{"items":[{...},{...}]}}`
  *    - one record: `{"D":{...}}`, the members of the record standing in "D" itself
