@@ -164,7 +164,7 @@ void startGoogleBenchmark(char *program)
 int main(int count, char **values)
 {
     const std::vector<std::string> arguments(values + 1, values + count);
-    // A launch after the first makes Qt warn of what the library is meant to do: leave its first connection registered.
+    // At every launch after the first Qt warns that its application was not created in the main thread.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     try {
         if (arguments.size() == 4 && arguments[0] == peakOption) {

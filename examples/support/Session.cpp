@@ -41,7 +41,7 @@ Workplace::~Workplace()
 }
 
 // launchCache does not come back before exitCache, so it gets a thread of its own. The state is the only sign of life.
-// Qt may warn on stderr that its application is not in the main thread. It need not be.
+// From the second session on Qt warns on stderr that its application is not in the main thread. It need not be.
 Session::Session() : thread(launchCache)
 {
     while (getState() != BRIMLET_STATE_RUNNING)
