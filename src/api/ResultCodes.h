@@ -21,8 +21,9 @@ enum BrimletResult {
 };
 
 /** The answer of getLaunchCacheResult. Replaced means: by a file without tables. After 6, 101, 102 and 103 every read
-    answers 7, every removal too, since it reads first, and every other write 9, in this launch and in the next ones,
-    until the client removes the file while the library is not running, and launches again. */
+    answers 7, so do the delete functions and removeAffectFlag, which read first, and every other write answers 9, in
+    this launch and in the next ones, until the client removes the file while the library is not running, and launches
+    again. */
 enum BrimletLaunchResult {
     BRIMLET_LAUNCH_OPENED = 0,                /**< The file was there and passed its checks. */
     BRIMLET_LAUNCH_FAILED = 6,                /**< The file could not be created or replaced. */
