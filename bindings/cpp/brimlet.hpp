@@ -1015,23 +1015,15 @@ namespace detail {
 class Host
 {
 public:
+    // Never destroyed: a Session that is a static object may ask for it at the very end of the process.
     static Host &ofProcess()
     {
-        static Host host;
+        static Host &host = *new Host;
         return host;
     }
 
     Host(const Host &) = delete;
     Host &operator=(const Host &) = delete;
-
-    // At the end of the process a launch that nobody waited for has to be waited for.
-    ~Host()
-    {
-        try {
-            endForgotten((std::chrono::milliseconds::max)());
-        } catch (const std::exception &) { // it came back by itself
-        }
-    }
 
     void claim()
     {
@@ -1061,14 +1053,29 @@ public:
         return static_cast<LaunchResult>(::getLaunchCacheResult());
     }
 
+    // Does nothing where the launch has ended with the process already.
     void exit()
     {
+        if (!thread.joinable())
+            return;
         ::exitCache();
         thread.join();
     }
 
 private:
     Host() = default;
+
+    // Registered handlers run last in, first out, and the static objects of Qt go in the same order. The library cannot
+    // exit without those, so this is to be called when the launch has made them.
+    static void endWithProcess()
+    {
+        std::atexit([] {
+            try {
+                ofProcess().endForgotten((std::chrono::milliseconds::max)());
+            } catch (const std::exception &) { // it came back by itself
+            }
+        });
+    }
 
     void endForgotten(std::chrono::milliseconds timeout)
     {
@@ -1089,10 +1096,14 @@ private:
                 throw LaunchEnded();
             }
             const auto passed = std::chrono::steady_clock::now() - start;
-            if (std::chrono::duration_cast<std::chrono::milliseconds>(passed) >= timeout) // no timeout overflows
+            if (std::chrono::duration_cast<std::chrono::milliseconds>(passed) >= timeout) { // no timeout overflows
+                endWithProcess();
                 throw LaunchTimedOut();
+            }
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
+        if (!std::exchange(hasRun, true))
+            endWithProcess();
         goBack();
     }
 
@@ -1104,6 +1115,7 @@ private:
 
     std::atomic<bool> isClaimed{false};
     std::atomic<bool> hasEnded{false};
+    bool hasRun = false; // some launch has
     std::thread thread;
     std::filesystem::path before;
 };
@@ -1146,6 +1158,8 @@ struct LaunchReport
  * A file that fails its checks is replaced at launch by one that cannot be used. Nothing of it is left then, so a
  * session recovers unless it is told not to: it exits, removes the file and its journal, and launches again. Both
  * results stand in report().
+ *
+ * A session that nobody has destroyed when the process ends, a global one for instance, exits then.
  */
 class Session
 {

@@ -29,7 +29,7 @@ std::atomic<int> misses{0}; // exits that an event loop would not have seen
 std::atomic<uint32_t> firstResult{BRIMLET_LAUNCH_CREATED};
 std::atomic<int> filesAtLaunch{0}; // how many of the store's files the last launch found
 
-// Looks back when the process ends, after the host of the sessions: it is made before.
+// Looks back when the process ends, after the handler that ends a launch: it is made before.
 struct Witness
 {
     ~Witness()

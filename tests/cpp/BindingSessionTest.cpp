@@ -3,10 +3,14 @@
 #include "brimlet.hpp"
 
 #include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <memory>
+#include <sqlite3.h>
 #include <string>
 #include <thread>
 #include <vector>
@@ -192,6 +196,62 @@ TEST_F(BindingSession, EndsOnAnotherThreadThanItBegan)
     auto session = std::make_unique<Session>("cache");
     std::thread([&] { session.reset(); }).join();
     EXPECT_EQ(getState(), 0u);
+    EXPECT_EQ(Session("cache").report().first, LaunchResult::Opened);
+}
+
+// ---- The end of the process ----
+
+std::unique_ptr<Session> globalSession; // made before main, so that it goes after what Qt makes in a launch
+
+// Registered before a launch, this tells what its end has left.
+void tellStateAtTheEnd()
+{
+    std::atexit([] { std::fprintf(stderr, "state %u", getState()); });
+}
+
+TEST_F(BindingSession, ThatIsGlobalExitsWithTheProcess)
+{
+    EXPECT_EXIT(
+        {
+            tellStateAtTheEnd();
+            globalSession = std::make_unique<Session>("cache");
+            std::exit(globalSession->addUsers(twoUsers) == Code::Done ? 0 : 1);
+        },
+        ::testing::ExitedWithCode(0), "state 0");
+    EXPECT_EQ(Session("cache").getUsers().value().size(), 2u);
+}
+
+TEST_F(BindingSession, ThatNobodyDestroysExitsWithTheProcess)
+{
+    EXPECT_EXIT(
+        {
+            tellStateAtTheEnd();
+            const Session session("cache");
+            std::exit(0);
+        },
+        ::testing::ExitedWithCode(0), "state 0");
+}
+
+// The launch waits for a lock when its session gives it up, and is over before the process ends.
+TEST_F(BindingSession, ThatGaveItsLaunchUpExitsWithTheProcess)
+{
+    leaveFile();
+    EXPECT_EXIT(
+        {
+            tellStateAtTheEnd();
+            sqlite3 *other = nullptr;
+            sqlite3_open("cache/CacheDb", &other);
+            sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+            LaunchOptions options;
+            options.timeout = std::chrono::milliseconds(500);
+            try {
+                const Session session("cache", options);
+            } catch (const LaunchTimedOut &) {
+                sqlite3_close(other);
+            }
+            std::exit(0);
+        },
+        ::testing::ExitedWithCode(0), "state 0");
     EXPECT_EQ(Session("cache").report().first, LaunchResult::Opened);
 }
 
