@@ -206,6 +206,18 @@ class ProcessTest(DirectoryTest):
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         self.assertEqual(self.users(), 1)
 
+    def test_a_process_that_ends_while_a_thread_calls_waits_for_the_call(self):
+        done = self.run_python(
+            "import brimlet, threading\n"
+            "session = brimlet.Session()\n"
+            "session.addUsers([{'id': id} for id in range(200)])\n"
+            "def work():\n"
+            "    try:\n"
+            "        while True: session.getUsers()\n"
+            "    except brimlet.NotLaunched: pass\n"
+            "threading.Thread(target=work, daemon=True).start()\n")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+
     def test_a_process_that_fails_ends(self):
         done = self.run_python("import brimlet; session = brimlet.Session(); session.getUser(7)")
         self.assertEqual(done.returncode, 1)

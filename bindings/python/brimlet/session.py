@@ -126,11 +126,31 @@ def _end_forgotten_launches() -> None:
             pass  # it came back by itself
 
 
-def _end(host: _Host) -> None:
-    try:
-        host.exit()
-    finally:
-        host.disclaim()
+class _Launch:
+    """A launch that runs, apart from its session, so that it can be ended for one that is gone."""
+
+    def __init__(self, host: _Host) -> None:
+        self._host = host
+        self._lock = threading.Lock()
+        self._is_open = True
+
+    @contextmanager
+    def turn(self, entry: "Function[Any]") -> Iterator[None]:
+        """For the time of a call."""
+        with self._lock:
+            if not self._is_open:
+                raise NotLaunched(f"{entry.name} was called after the session's end")
+            yield
+
+    def end(self) -> None:
+        """Waits for a call that is under way, then for the launch thread. Does nothing when called again."""
+        with self._lock:
+            if self._is_open:
+                self._is_open = False
+                try:
+                    self._host.exit()
+                finally:
+                    self._host.disclaim()
 
 
 class Session(Functions):
@@ -164,8 +184,6 @@ class Session(Functions):
         where the directory cannot be entered or its file not be removed.
         """
         self._library = Library.load(library)
-        self._lock = threading.Lock()
-        self._is_open = False
         host = _Host.of(self._library)
         host.claim()
         try:
@@ -173,8 +191,8 @@ class Session(Functions):
         except BaseException:
             host.disclaim()
             raise
-        self._is_open = True
-        self._end = weakref.finalize(self, _end, host)  # also where a session is dropped, and at the process's end
+        self._running = _Launch(host)
+        weakref.finalize(self, self._running.end)  # where a session is dropped, and at the process's end
 
     @staticmethod
     def _launch(host: _Host, directory: str, timeout: float, recover: bool) -> LaunchReport:
@@ -211,7 +229,7 @@ class Session(Functions):
             raise AttributeError(f"there is no function {name}")
         if entry.role is not Role.CALL:
             raise AttributeError(f"{name} is called by {entry.role.value}")
-        return Answer(*self._library.call(entry, arguments, self._turn(entry)))
+        return Answer(*self._library.call(entry, arguments, self._running.turn(entry)))
 
     def call(self, name: str, *arguments: Any) -> Any:
         """Calls a function by its name, as the method of that name does."""
@@ -222,18 +240,9 @@ class Session(Functions):
             return []
         raise error_for(name, code)
 
-    @contextmanager
-    def _turn(self, entry: "Function[Any]") -> Iterator[None]:
-        with self._lock:
-            if not self._is_open:
-                raise NotLaunched(f"{entry.name} was called after the session's end")
-            yield
-
     def close(self) -> None:
         """Exits, once a call that is under way has ended, and waits for the launch thread. May be called again."""
-        with self._lock:
-            self._is_open = False
-            self._end()
+        self._running.end()
 
     def __enter__(self) -> "Session":
         return self
