@@ -72,7 +72,7 @@ extern "C" {
  * "CacheDb" in the working directory; poll getState to learn when that is done, then ask getLaunchCacheResult how it
  * went. A failed launch does not return either. Call it once at a time; when both it and exitCache have returned it may
  * be called again, on any thread. It makes the process's one QCoreApplication: a client that has one of its own cannot
- * use it.
+ * use it. The first call sets the locale of a Unix process to that of its environment, as Qt does.
  * @return 0
  */
 BRIMLET_API int32_t launchCache(void);
