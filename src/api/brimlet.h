@@ -38,7 +38,9 @@
  * 8. **Threads**: one thread is given away to launchCache. All other calls may come from any thread, one at a time,
  *    once getState is no longer 0 and before exitCache. Before and after that a call that reaches the store faults.
  *
- * Each function lists the results that it can answer (ResultCodes.h gives their meaning).
+ * Each function lists the results that it can answer (ResultCodes.h gives their meaning). Where memory runs out there
+ * may be none: the process ends, or a C++ client sees a std::bad_alloc and has to let the process end, since the
+ * transaction of the call is still open.
  */
 #ifndef BRIMLET_H
 #define BRIMLET_H
