@@ -1421,8 +1421,9 @@ public:
 private:
     using Lock = std::lock_guard<std::mutex>;
 
+    // Where memory runs out in a call the process ends: the call's transaction would stay open behind an exception.
     template<class... Parameters, class... Arguments>
-    Code call(uint32_t (*function)(Parameters...), Arguments... arguments)
+    Code call(uint32_t (*function)(Parameters...), Arguments... arguments) noexcept
     {
         const Lock lock(mutex);
         return static_cast<Code>(function(arguments...));

@@ -1,5 +1,5 @@
 // What Session of brimlet.hpp does when a launch takes too long or comes back, over stand-ins for the functions of the
-// library's life, so that the test says when a launch is over.
+// library's life, so that the test says when a launch is over; and over one for a call that runs out of memory.
 #include "../support/Directory.h"
 #include "brimlet.hpp"
 
@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -80,6 +81,11 @@ void exitCache()
 uint32_t getState()
 {
     return state;
+}
+
+uint32_t clearAll()
+{
+    throw std::bad_alloc();
 }
 
 uint32_t getLaunchCacheResult()
@@ -166,6 +172,23 @@ TEST(BindingLaunch, ThatCameBackUnnoticedIsHarmlessAtTheEndOfTheProcess)
             std::exit(3);
         },
         ::testing::ExitedWithCode(3), "");
+}
+
+// ---- Lack of memory ----
+
+TEST(BindingCall, ThatRunsOutOfMemoryEndsTheProcess)
+{
+    mayRun = true;
+    EXPECT_DEATH(
+        {
+            Session session;
+            try {
+                session.clearAll();
+            } catch (const std::bad_alloc &) {
+                std::exit(0);
+            }
+        },
+        "");
 }
 
 // ---- Recovery ----
