@@ -1107,10 +1107,13 @@ private:
         goBack();
     }
 
+    // Once a launch: what the client makes the working directory later is its own business.
     void goBack()
     {
         std::error_code ignored; // the directory may be gone, and nothing here needs it
-        std::filesystem::current_path(before, ignored);
+        if (!before.empty())
+            std::filesystem::current_path(before, ignored);
+        before.clear();
     }
 
     std::atomic<bool> isClaimed{false};

@@ -206,7 +206,8 @@ std::unique_ptr<Session> globalSession; // made before main, so that it goes aft
 // Registered before a launch, this tells what its end has left.
 void tellStateAtTheEnd()
 {
-    std::atexit([] { std::fprintf(stderr, "state %u", getState()); });
+    std::atexit(
+        [] { std::fprintf(stderr, "state %u in %s", getState(), fs::current_path().filename().string().c_str()); });
 }
 
 TEST_F(BindingSession, ThatIsGlobalExitsWithTheProcess)
@@ -226,9 +227,10 @@ TEST_F(BindingSession, ThatNobodyDestroysExitsWithTheProcess)
         {
             tellStateAtTheEnd();
             const Session session("cache");
+            fs::current_path("cache");
             std::exit(0);
         },
-        ::testing::ExitedWithCode(0), "state 0");
+        ::testing::ExitedWithCode(0), "state 0 in cache");
 }
 
 // The launch waits for a lock when its session gives it up, and is over before the process ends.
