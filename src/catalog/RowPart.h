@@ -54,6 +54,7 @@ private:
     template<class Field>
     static void readCell(Record &record, const Field &field, const QSqlQuery &query, int place)
     {
+        static_assert(!isRecord<typename Field::Value>, "an embedded record comes from a join, not from a cell");
         if (place < 0)
             return;
         QVariant cell = query.value(place);
