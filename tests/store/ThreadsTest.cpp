@@ -22,9 +22,9 @@ protected:
     File file;
     DebugLines lines; // keeps Qt's chatter out of the output
 
-    std::mutex calls;         // one call at a time
-    std::shared_mutex exits;  // polls are not made beside an exit
-    std::mutex turns;         // guards what follows
+    std::mutex calls;        // one call at a time
+    std::shared_mutex exits; // polls are not made beside an exit
+    std::mutex turns;        // guards what follows
     std::condition_variable turnChanged;
     int exited = 0; // how many launches have been exited from
     std::atomic<bool> isOver{false};
