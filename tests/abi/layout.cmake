@@ -2,7 +2,7 @@
 # the compiler.
 #   -DMODE=names -DTABLE=... -DHEADER=...
 #   -DMODE=program -DTABLE=... -DPROGRAM=...
-file(STRINGS ${TABLE} lines)
+file(STRINGS ${TABLE} lines REGEX "^[^#]")
 
 if(MODE STREQUAL program)
     set(checks "")

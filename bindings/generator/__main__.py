@@ -1,0 +1,83 @@
+"""Writes what is made from the public headers and from the library's own lists: one template for each file.
+
+usage: python3 -m generator DESCRIBE [--check]     DESCRIBE is the program that prints the library's lists
+"""
+
+import argparse
+import difflib
+import json
+import subprocess
+import sys
+import textwrap
+from pathlib import Path
+from typing import Dict, List, Tuple
+
+import jinja2
+
+from . import check, model
+
+OUTPUTS = {
+    "src/api/exports.txt": "exports.txt",
+    "tests/abi/layout.txt": "layout.txt",
+}
+"""Each file with its template."""
+
+
+def render(describe: str) -> Dict[Path, str]:
+    """The text of each file."""
+    api = model.read()
+    findings = check.findings(api)
+    if findings:
+        raise SystemExit("\n".join(findings))
+    lists = json.loads(subprocess.run([describe], check=True, stdout=subprocess.PIPE).stdout)
+    environment = jinja2.Environment(
+        loader=jinja2.FileSystemLoader(Path(__file__).parent / "templates"), undefined=jinja2.StrictUndefined,
+        trim_blocks=True, lstrip_blocks=True, keep_trailing_newline=True,
+    )
+    environment.filters.update(wrap=wrap, layout=layout)
+    return {model.ROOT / path: environment.get_template(template).render(api=api, lists=lists, model=model)
+            for path, template in OUTPUTS.items()}
+
+
+def main() -> None:
+    parser = argparse.ArgumentParser(prog="generator", description=__doc__)
+    parser.add_argument("describe")
+    parser.add_argument("--check", action="store_true", help="write nothing, and fail if a file is not up to date")
+    options = parser.parse_args()
+    differences = ""
+    for path, text in render(options.describe).items():
+        old = path.read_text(encoding="utf-8") if path.exists() else ""
+        if text != old and options.check:
+            name = str(path.relative_to(model.ROOT))
+            differences += "".join(difflib.unified_diff(old.splitlines(True), text.splitlines(True), name, name))
+        elif text != old:
+            path.write_text(text, encoding="utf-8")
+    if differences:
+        sys.exit(f"{differences}\nThese files are not up to date: run scripts/generate and commit what it writes.")
+
+
+# ---- What templates use ----
+
+
+def wrap(text: str, prefix: str, width: int = 120) -> str:
+    """A paragraph as lines that all begin with the prefix."""
+    return textwrap.fill(text, width, initial_indent=prefix, subsequent_indent=prefix, break_long_words=False,
+                         break_on_hyphens=False)
+
+
+def layout(record: model.Record) -> List[Tuple[str, int, int]]:
+    """The record with its size and alignment on a 64-bit platform, then each field with its offset and size."""
+    fields = []
+    end = 0
+    alignment = 1
+    for field in record.fields:
+        size = 4 if field.type == "uint32_t" else 8
+        end += -end % size
+        alignment = max(alignment, size)
+        fields.append((f"{record.name}.{field.name}", end, size))
+        end += size
+    return [(record.name, end + -end % alignment, alignment), *fields]
+
+
+if __name__ == "__main__":
+    main()
