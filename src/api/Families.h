@@ -4,7 +4,7 @@
 
 #include "api/Flatten.h"
 #include "api/Instance.h"
-#include "api/brimlet.h"
+#include "brimlet/brimlet.h"
 #include "json/Documents.h"
 
 #include <limits>

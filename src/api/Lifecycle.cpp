@@ -1,5 +1,5 @@
 #include "api/Instance.h"
-#include "api/brimlet.h"
+#include "brimlet/brimlet.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>

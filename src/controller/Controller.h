@@ -2,7 +2,7 @@
 // into a result code. A method calls one or two operations of the store and opens no transaction of its own.
 #pragma once
 
-#include "api/ResultCodes.h"
+#include "brimlet/ResultCodes.h"
 #include "controller/Database.h"
 
 #include <QObject>

@@ -275,7 +275,7 @@ class HeaderTest(unittest.TestCase):
     def test_the_keys_of_a_family_are_those_of_the_page(self):
         page = sections("docs/documents.md")
         inner = {"Organizations": ["Persons"], "Devices": ["Device users"], "Sites": ["Locations"]}
-        families = re.findall(r"@name (\w+)\n \* (JSON: .*?)\*/", source("src/api/brimlet.h"), re.DOTALL)
+        families = re.findall(r"@name (\w+)\n \* (JSON: .*?)\*/", source("include/brimlet/brimlet.h"), re.DOTALL)
         self.assertEqual({name for name, _ in families} | {name for names in inner.values() for name in names},
                          set(ENTITIES))
         for name, text in families:
@@ -288,7 +288,7 @@ class HeaderTest(unittest.TestCase):
 
     def test_the_comment_of_a_field_names_its_key(self):
         page = sections("docs/documents.md")
-        header = source("src/api/FlatRecords.h")
+        header = source("include/brimlet/FlatRecords.h")
         for name, entity in ENTITIES.items():
             record = entity.record.__name__
             struct = header.partition(f"typedef struct Flat{record}\n")[2].partition(f"}} Flat{record};")[0]

@@ -5,8 +5,8 @@ import unittest
 
 from pages import code, rows, sections, source
 
-HEADER = "src/api/brimlet.h"
-CODES = "src/api/ResultCodes.h"
+HEADER = "include/brimlet/brimlet.h"
+CODES = "include/brimlet/ResultCodes.h"
 
 
 def promised():
