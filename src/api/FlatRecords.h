@@ -20,6 +20,7 @@
  * - A pointer to a flat record: the record, where the store holds it. What a document holds under its key stands in the
  *   comment.
  * - A pointer to flat records or numbers with a count behind it: an array in one block, from an array in the document.
+ *   If the array is empty, the pointer is null and the count is 0.
  *
  * Every pointer is a block of its own, or null when the field is absent. Documents give numbers as doubles, exact up to
  * 2^53. The numbers have no unit and no meaning in the library: it stores what the service calls a code, a date or a
