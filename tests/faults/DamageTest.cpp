@@ -371,6 +371,8 @@ void leaveOneDescriptor()
 
 TEST_F(Damage, WithoutAFreeDescriptorALaunchRemovesAGoodFile)
 {
+    if (isSanitized)
+        GTEST_SKIP() << "a sanitizer needs descriptors of its own to look at an object";
     const Answers answers = launchAndCallEverything(leaveOneDescriptor);
     EXPECT_TRUE(answers.end.isClean());
     EXPECT_EQ(answers.result, 6);
