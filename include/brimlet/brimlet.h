@@ -83,8 +83,9 @@ BRIMLET_API int32_t launchCache(void);
  * Closes the file and lets launchCache return, without waiting for that. No other call may be running, and no
  * other call may follow but getState, getLaunchCacheResult, the free functions and a new launchCache. Wait for
  * getState to answer BRIMLET_STATE_RUNNING before: an event loop that has not started yet would miss the call. Does
- * nothing when nothing is launched. A process may end without it; a handler of the process's end may call it only where
- * that was registered when the launch was over, since Qt goes before earlier ones.
+ * nothing when nothing is launched. Once getState is no longer 0 a process may end without it; before that its end may
+ * crash or hang in Qt. A handler of the process's end may call it only where that was registered when the launch was
+ * over, since Qt goes before earlier ones.
  */
 BRIMLET_API void exitCache(void);
 
