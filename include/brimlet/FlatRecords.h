@@ -1,14 +1,15 @@
 /**
  * @file FlatRecords.h
- * The records that Brimlet returns, and the keys of the documents that they come from. Plain C99; included by
+ * The records that Brimlet returns, and the keys of the documents that they come from. Plain C99, included by
  * brimlet.h.
  *
  * A flat record is a tree of separate blocks that the client owns. Release it whole, with the free function of its
  * name. The C type of a field is its kind, and says what a document holds under its key:
  *
- * - `uint32_t`: an id or a count, in the record itself and always present. As `uint32_t *`, where an id may be given
- *   for a record that the store does not hold.
- * - `uint32_t *`: a number. Its fraction is dropped and its low 32 bits are kept.
+ * - `uint32_t`: the id of the record, or a count; in the record itself and always present. Documents give an id as a
+ *   number, like the next.
+ * - `uint32_t *`: a number, for example the id of another record, which the store need not hold. Its fraction is dropped
+ *   and its low 32 bits are kept.
  * - `int32_t *`: a whole number. With a fraction, or outside the range of the type, it reads as 0.
  * - `uint64_t *`: a number. Its fraction is dropped.
  * - `uint8_t *`: where the comment says so a flag, 0 or 1, given as a number or a boolean: a whole number other than 0
@@ -19,6 +20,7 @@
  * - A pointer to a flat record: the record, where the store holds it. What a document holds under its key stands in the
  *   comment.
  * - A pointer to flat records or numbers with a count behind it: an array in one block, from an array in the document.
+ *   If the array is empty, the pointer is null and the count is 0.
  *
  * Every pointer is a block of its own, or null when the field is absent. Documents give numbers as doubles, exact up to
  * 2^53. The numbers have no unit and no meaning in the library: it stores what the service calls a code, a date or a

@@ -217,6 +217,13 @@ class NoTraceTest(KeptTest):
         self.assertEqual(self.trace(), before)
 
     def test_a_journal_that_is_rolled_back_leaves_no_name(self):
+        self.roll_back()
+
+    def test_a_journal_that_is_rolled_back_leaves_no_name_where_there_are_no_hard_links(self):
+        with self.no_links():
+            self.roll_back()
+
+    def roll_back(self):
         with brimlet.Session(self.directory) as session:
             session.addUsers({"id": 7, "name": "Anna"})
         connection = sqlite3.connect(self.file, isolation_level=None)

@@ -103,8 +103,7 @@ class Host:
 
     def exit(self) -> None:
         if self._thread:
-            if self._exports["getState"]() != State.NONE:  # else a signal handler has cut an exit short, here
-                self._exports["exitCache"]()
+            self._exports["exitCache"]()
             self._thread.join()
             self._thread = None
 
