@@ -17,7 +17,9 @@ internal static class Program
         { "Session", SessionTest.Run },
         { "SessionLeftOpen", SessionTest.LeaveOpen },
         { "LaunchLeftAlone", SessionTest.LeaveLaunchAlone },
-        { "Recovery", RecoveryTest.Run }
+        { "Recovery", RecoveryTest.Run },
+        { "Keeping", KeepingTest.Run },
+        { "KeepingWithoutLinks", KeepingTest.RunWithoutLinks }
     };
 
     internal static string Sources { get; private set; }
