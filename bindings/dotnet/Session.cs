@@ -131,6 +131,11 @@ namespace Brimlet
         public void Dispose()
         {
             ExpectNoCall();
+            End();
+        }
+
+        private void End()
+        {
             lock (gate)
             {
                 if (!isDisposed)
@@ -160,13 +165,8 @@ namespace Brimlet
             return new LaunchReport(first, second, keeper.Kept);
         }
 
-        private void DisposeAtExit(object sender, EventArgs arguments)
-        {
-            if (!Monitor.IsEntered(gate)) // a callback that ends the process leaves its call unfinished
-            {
-                Dispose();
-            }
-        }
+        // Also from a callback, since no thread goes back into the call that it interrupts.
+        private void DisposeAtExit(object sender, EventArgs arguments) => End();
 
         // ---- Shapes of the calls ----
 
@@ -178,8 +178,8 @@ namespace Brimlet
         private delegate Code ArrayForField(ref IntPtr records, ref uint count, char* key, uint keyLength, char* value,
             uint valueLength);
 
-        // The lock lets a thread in that has it already: one that is in a call, and in there in a callback that the client
-        // has given to Qt or SQLite. The library must not be entered twice.
+        // The lock lets its own thread in again, and so a callback that the client has given to Qt or SQLite. The
+        // library must not be entered twice.
         private void ExpectNoCall()
         {
             if (Monitor.IsEntered(gate))

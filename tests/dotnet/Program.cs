@@ -18,6 +18,8 @@ internal static class Program
         { "SessionLeftOpen", SessionTest.LeaveOpen },
         { "LaunchLeftAlone", SessionTest.LeaveLaunchAlone },
         { "Recovery", RecoveryTest.Run },
+        { "Callback", CallbackTest.Run },
+        { "ExitInCallback", CallbackTest.ExitInCallback },
         { "Keeping", KeepingTest.Run },
         { "KeepingWithoutLinks", KeepingTest.RunWithoutLinks }
     };

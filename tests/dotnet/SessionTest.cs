@@ -4,6 +4,8 @@ using System.Diagnostics;
 using System.IO;
 using System.Linq;
 using System.Reflection;
+using System.Runtime.InteropServices;
+using System.Text;
 using System.Threading;
 using Brimlet;
 
@@ -12,6 +14,9 @@ internal static class SessionTest
 {
     private const int attempts = 50;
     private const int milliseconds = 120000; // before a process counts as hanging
+
+    [DllImport("libc")]
+    private static extern int mkdir(byte[] path, int mode);
 
     internal static void Run()
     {
@@ -25,6 +30,7 @@ internal static class SessionTest
             DisposeUnderCalls(workplace.Directory);
             Forget("SessionLeftOpen", workplace.Directory, "at the end the library is None");
             Forget("LaunchLeftAlone", workplace.Directory, "the launch is not finished in time");
+            Forget("ExitInCallback", workplace.Directory, "at the end the library is None");
         }
     }
 
@@ -85,9 +91,13 @@ internal static class SessionTest
         Check.Throws<DirectoryNotFoundException>("a missing directory is refused",
             () => new Session(workplace.File("missing")));
         Check.Throws<ArgumentNullException>("and no directory", () => new Session(null));
+        byte[] path = Encoding.GetEncoding("iso-8859-1").GetBytes(workplace.File("K\u00e4fer") + '\0');
+        Check.Equal("a directory is made whose name is not UTF-8", 0, mkdir(path, 511)); // 0777
+        string name = Directory.GetDirectories(workplace.Directory).Single();
+        Check.Throws<DirectoryNotFoundException>("it is refused too", () => new Session(name));
         using (var session = new Session(workplace.Directory))
         {
-            Check.That("neither is in the way of the next session", session.IsUsable);
+            Check.That("none is in the way of the next session", session.IsUsable);
         }
     }
 
