@@ -25,7 +25,8 @@ namespace Brimlet
         /// <summary>The launch that the session runs on.</summary>
         public LaunchResult Last => Second ?? First;
 
-        /// <summary>Where the file is now that was replaced, or null where none was kept.</summary>
+        /// <summary>Where the replaced file is now, or null where none was kept. It may come from an earlier launch that
+        /// was cut short.</summary>
         public string Kept { get; }
     }
 

@@ -4,8 +4,8 @@ using System.Runtime.InteropServices;
 using System.Threading;
 using Brimlet;
 
-// Callbacks that a client gives to Qt: they run in the middle of a call, on its thread, and hold it up.
-internal static class CallbackTest
+// What a client gives to Qt to be called for each line that is logged, until it is disposed of.
+internal sealed class Callback : IDisposable
 {
     [UnmanagedFunctionPointer(CallingConvention.Cdecl)]
     private delegate void MessageHandler(int type, IntPtr context, IntPtr message);
@@ -15,19 +15,32 @@ internal static class CallbackTest
         EntryPoint = "_Z22qInstallMessageHandlerPFv9QtMsgTypeRK18QMessageLogContextRK7QStringE")]
     private static extern IntPtr install(MessageHandler handler);
 
-    private static readonly MessageHandler handler = (type, context, message) => callback();
-    private static Action callback = () => { };
+    private readonly MessageHandler handler;
 
+    internal Callback(Action action)
+    {
+        handler = (type, context, message) => action();
+        install(handler);
+    }
+
+    public void Dispose()
+    {
+        install(null);
+        GC.KeepAlive(handler);
+    }
+}
+
+// A callback runs in the middle of a call, on its thread, and holds it up.
+internal static class CallbackTest
+{
     internal static void Run()
     {
-        install(handler);
         using (var workplace = new Workplace())
         {
             File.WriteAllText(workplace.File("CacheDb"), "no database");
             RefuseNestedUse(workplace.Directory);
             DisposeDuringCall(workplace.Directory);
         }
-        install(null);
     }
 
     // A store without tables, of which every read logs.
@@ -38,14 +51,16 @@ internal static class CallbackTest
         using (var session = Open(directory))
         {
             bool isCalled = false;
-            callback = () =>
+            Action callback = () =>
             {
                 isCalled = true;
                 Check.Throws<InvalidOperationException>("a callback cannot call", () => session.GetUser(7));
                 Check.Throws<InvalidOperationException>("nor dispose", session.Dispose);
             };
-            Check.Answers("a call that logs is answered", Code.ReadFailed, () => session.GetUsers());
-            callback = () => { };
+            using (new Callback(callback))
+            {
+                Check.Answers("a call that logs is answered", Code.ReadFailed, () => session.GetUsers());
+            }
             Check.That("with a callback", isCalled);
             Check.Answers("the session goes on", Code.ReadFailed, () => session.GetUsers());
         }
@@ -57,7 +72,7 @@ internal static class CallbackTest
         using (var mayEnd = new ManualResetEventSlim())
         {
             Session session = Open(directory);
-            callback = () =>
+            Action callback = () =>
             {
                 isInCall.Set();
                 mayEnd.Wait();
@@ -75,18 +90,20 @@ internal static class CallbackTest
                 }
             });
             var end = new Thread(session.Dispose);
-            call.Start();
-            isInCall.Wait();
-            end.Start();
-            while ((end.ThreadState & (ThreadState.WaitSleepJoin | ThreadState.Stopped)) == 0)
+            using (new Callback(callback))
             {
-                Thread.Yield();
+                call.Start();
+                isInCall.Wait();
+                end.Start();
+                while ((end.ThreadState & (ThreadState.WaitSleepJoin | ThreadState.Stopped)) == 0)
+                {
+                    Thread.Yield();
+                }
+                Check.Equal("an end waits for the call of another thread", State.Running, session.State);
+                mayEnd.Set();
+                call.Join();
+                end.Join();
             }
-            Check.Equal("an end waits for the call of another thread", State.Running, session.State);
-            mayEnd.Set();
-            call.Join();
-            end.Join();
-            callback = () => { };
             Check.Equal("which is answered", Code.ReadFailed, code);
             Check.Equal("then the session ends", State.None, session.State);
         }
@@ -95,16 +112,22 @@ internal static class CallbackTest
     // Ends the process in the middle of a call.
     internal static void ExitInCallback()
     {
-        install(handler);
         File.WriteAllText("CacheDb", "no database");
         Session session = Open(".");
         AppDomain.CurrentDomain.ProcessExit += (sender, arguments) =>
             Console.WriteLine("at the end the library is " + session.State);
-        callback = () =>
+        bool isExiting = false;
+        Action callback = () =>
         {
-            callback = () => { };
-            Environment.Exit(0);
+            if (!isExiting)
+            {
+                isExiting = true;
+                Environment.Exit(0);
+            }
         };
-        session.GetUsers();
+        using (new Callback(callback))
+        {
+            session.GetUsers();
+        }
     }
 }

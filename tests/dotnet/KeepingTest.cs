@@ -39,12 +39,18 @@ internal static class KeepingTest
         KeepTheJournals();
         KeepTheNewest();
         KeepNothing();
+        KeepUnderFreeName();
         SettleForgotten();
+        TakeForgottenForDamaged();
+        DropRolledBackFile();
+        LeaveUnderLongName();
         LeaveSpecialFiles();
         RefuseNegative();
         setuid(nobody); // for good: nothing is closed to the superuser. Others fail here, and stay who they are.
         LaunchInClosedDirectory();
+        LaunchInClosingDirectory();
         LaunchUnreadableFile(isLinking);
+        LaunchUnreadableJournal(isLinking);
     }
 
     private static void Keep(bool recover)
@@ -142,6 +148,23 @@ internal static class KeepingTest
         }
     }
 
+    // The names of the next seconds are taken.
+    private static void KeepUnderFreeName()
+    {
+        const int taken = 4000;
+        using (var workplace = new Workplace())
+        {
+            DateTime now = DateTime.UtcNow;
+            string[] names = Enumerable.Range(0, taken).Select(millisecond => "CacheDb.damaged-"
+                + now.AddMilliseconds(millisecond).ToString("yyyyMMdd'T'HHmmss.fff'Z'")).ToArray();
+            Array.ForEach(names, name => File.WriteAllText(workplace.File(name), ""));
+            File.WriteAllText(workplace.File("CacheDb"), damage);
+            string kept = KeptName(workplace, taken + 1);
+            Check.That("the next free name is taken", string.CompareOrdinal(kept, names.Last()) > 0, kept);
+            Check.Equal("and no other", taken + 1, Damaged(workplace).Length);
+        }
+    }
+
     // What a process leaves that dies in a launch.
     private static void SettleForgotten()
     {
@@ -177,6 +200,81 @@ internal static class KeepingTest
                     Damaged(workplace).Where(name => !name.EndsWith("-journal"))
                         .Select(name => File.ReadAllText(workplace.File(name))).OrderBy(text => text));
             }
+        }
+    }
+
+    // Of the same length or of the same time as the file, and yet another one.
+    private static void TakeForgottenForDamaged()
+    {
+        using (var workplace = new Workplace())
+        {
+            string file = workplace.File("CacheDb");
+            string before = file + ".before-launch";
+            var time = new DateTime(2026, 1, 1, 0, 0, 0, DateTimeKind.Utc);
+            new Session(workplace.Directory).Dispose();
+            foreach (string how in new[] { "length", "time" })
+            {
+                bool isOfLength = how == "length";
+                File.WriteAllBytes(before, new byte[isOfLength ? new FileInfo(file).Length : 1]);
+                File.SetLastWriteTimeUtc(before, isOfLength ? time.AddSeconds(1) : time);
+                File.SetLastWriteTimeUtc(file, time);
+                using (var session = new Session(workplace.Directory))
+                {
+                    Check.That("a forgotten file of the same " + how + " is kept", session.Report.Kept != null);
+                }
+            }
+        }
+    }
+
+    // A journal that cuts the file to the size it had: SQLite plays it when it opens the file.
+    private static void DropRolledBackFile()
+    {
+        using (var workplace = new Workplace())
+        {
+            string file = workplace.File("CacheDb");
+            new Session(workplace.Directory).Dispose();
+            byte[] content = File.ReadAllBytes(file);
+            const int page = 4096;
+            var journal = new byte[512];
+            new byte[] { 0xd9, 0xd5, 0x05, 0xf9, 0x20, 0xa1, 0x63, 0xd7 }.CopyTo(journal, 0);
+            journal[19] = (byte)(content.Length / page); // pages before
+            journal[22] = 2; // a sector of 512 bytes
+            journal[26] = page >> 8;
+            File.WriteAllBytes(file + "-journal", journal);
+            File.WriteAllBytes(file, content.Concat(new byte[page]).ToArray());
+            using (var session = new Session(workplace.Directory))
+            {
+                Check.Equal("a file with a journal is opened", LaunchResult.Opened, session.Report.Last);
+                Check.Equal("and rolled back", (long)content.Length, new FileInfo(file).Length);
+                Check.Equal("it is not kept", null, session.Report.Kept);
+                Check.SameList("and no trace is left", new[] { "CacheDb" }, Names(workplace));
+            }
+        }
+    }
+
+    // The longest path that the file can be held under leaves no room for the time.
+    private static void LeaveUnderLongName()
+    {
+        const int longest = 4095;
+        using (var workplace = new Workplace())
+        {
+            string before = "/CacheDb.before-launch";
+            string directory = workplace.Directory;
+            while (directory.Length + before.Length < longest)
+            {
+                int room = longest - before.Length - directory.Length - 1;
+                directory += "/" + new string('d', room > 250 ? 200 : Math.Max(room, 1));
+            }
+            Directory.CreateDirectory(directory);
+            File.WriteAllText(directory + "/CacheDb", damage);
+            using (var session = new Session(directory))
+            {
+                Check.Equal("under such a path a launch fails", LaunchResult.Failed, session.Report.Last);
+                Check.That("the file is gone", !File.Exists(directory + "/CacheDb"));
+                Check.Equal("the report tells where it is", directory + before, session.Report.Kept);
+                Check.Equal("which is so", damage, File.ReadAllText(session.Report.Kept));
+            }
+            Check.Equal("and stays so", damage, File.ReadAllText(directory + before));
         }
     }
 
@@ -235,6 +333,28 @@ internal static class KeepingTest
         }
     }
 
+    // The library logs what it finds wrong before it replaces the file, and so the test can close the directory then.
+    private static void LaunchInClosingDirectory()
+    {
+        using (var workplace = new Workplace())
+        {
+            string before = workplace.File("CacheDb.before-launch");
+            File.WriteAllText(workplace.File("CacheDb"), damage);
+            Session session;
+            using (new Callback(() => chmod(workplace.Directory, 365))) // 0555
+            {
+                session = new Session(workplace.Directory, recover: false);
+            }
+            Check.Equal("the launch finds the damage", LaunchResult.ReplacedVersion, session.Report.Last);
+            Check.Equal("and replaces nothing", damage, File.ReadAllText(workplace.File("CacheDb")));
+            Check.Equal("nothing is kept then", null, session.Report.Kept);
+            Check.That("the second name cannot be dropped yet", File.Exists(before));
+            Check.Equal("the directory is open again", 0, chmod(workplace.Directory, 493)); // 0755
+            session.Dispose();
+            Check.SameList("it is dropped in the end", new[] { "CacheDb" }, Names(workplace));
+        }
+    }
+
     private static void LaunchUnreadableFile(bool isLinking)
     {
         using (var workplace = new Workplace())
@@ -258,6 +378,26 @@ internal static class KeepingTest
             Check.Equal("and as it was", damage, File.ReadAllText(file));
             Check.SameList("by itself", new[] { "CacheDb" }, Names(workplace));
             Check.Equal("the cure works", null, KeptName(workplace, 0));
+        }
+    }
+
+    private static void LaunchUnreadableJournal(bool isLinking)
+    {
+        using (var workplace = new Workplace())
+        {
+            string journal = workplace.File("CacheDb-journal");
+            File.WriteAllText(workplace.File("CacheDb"), damage);
+            File.WriteAllText(journal, "the journal");
+            Check.Equal("a journal is closed", 0, chmod(journal, 0));
+            if (isLinking)
+            {
+                string kept = KeptName(workplace, 3);
+                Check.That("its link is kept", File.Exists(workplace.File(kept + "-journal")));
+                return;
+            }
+            Check.Throws<IOException>("a journal that cannot be copied is not launched",
+                () => new Session(workplace.Directory));
+            Check.SameList("and no trace is left", new[] { "CacheDb", "CacheDb-journal" }, Names(workplace));
         }
     }
 

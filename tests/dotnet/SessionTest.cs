@@ -18,6 +18,18 @@ internal static class SessionTest
     [DllImport("libc")]
     private static extern int mkdir(byte[] path, int mode);
 
+    [DllImport("libc")]
+    private static extern int rmdir(byte[] path);
+
+    [DllImport("brimlet")]
+    private static extern int launchCache();
+
+    [DllImport("brimlet")]
+    private static extern void exitCache();
+
+    [DllImport("brimlet")]
+    private static extern State getState();
+
     internal static void Run()
     {
         using (var workplace = new Workplace())
@@ -25,6 +37,7 @@ internal static class SessionTest
             LiveOnce(workplace.Directory);
             ComeBack(workplace.Directory);
             RefuseDirectories(workplace);
+            LeaveForeignLaunchAlone(workplace);
             RunOutOfTime(workplace.Directory);
             UseThreads(workplace.Directory);
             DisposeUnderCalls(workplace.Directory);
@@ -95,6 +108,7 @@ internal static class SessionTest
         Check.Equal("a directory is made whose name is not UTF-8", 0, mkdir(path, 511)); // 0777
         string name = Directory.GetDirectories(workplace.Directory).Single();
         Check.Throws<DirectoryNotFoundException>("it is refused too", () => new Session(name));
+        Check.Equal("and stays empty", 0, rmdir(path));
         using (var session = new Session(workplace.Directory))
         {
             Check.That("none is in the way of the next session", session.IsUsable);
@@ -117,6 +131,26 @@ internal static class SessionTest
             Check.That("and a relative one counts from there", File.Exists(Path.Combine(next, "CacheDb")));
         }
         Directory.Delete(next, true);
+    }
+
+    // Another part of the process has the library.
+    private static void LeaveForeignLaunchAlone(Workplace workplace)
+    {
+        string before = Directory.GetCurrentDirectory();
+        Directory.SetCurrentDirectory(workplace.Directory);
+        var launch = new Thread(() => launchCache());
+        launch.Start();
+        while (getState() != State.Running)
+        {
+            Thread.Yield();
+        }
+        Check.Throws<InvalidOperationException>("a launch that is none of a session's is not taken over",
+            () => new Session(workplace.Directory));
+        Check.Equal("but left alone", State.Running, getState());
+        Check.That("its file too", !File.Exists(workplace.File("CacheDb.before-launch")));
+        exitCache();
+        launch.Join();
+        Directory.SetCurrentDirectory(before);
     }
 
     private static bool HasRunOut(string directory)
