@@ -1,0 +1,49 @@
+"""The store of a folder, for a command that uses it: found sound before anything else, read through a copy, put aside
+rather than removed."""
+
+import os
+import sqlite3
+from contextlib import contextmanager
+from datetime import datetime, timedelta, timezone
+from pathlib import Path
+from typing import Iterator
+from urllib.parse import quote
+
+from .inspection import flaws
+from .snapshot import PARTS, Busy, Snapshot, Unsound, beside, snapshot
+
+
+@contextmanager
+def sound_copy(file: Path, timeout: float) -> Iterator[Snapshot]:
+    """A copy on which the library can be launched. Raises Unsound where it would replace the file or find it broken."""
+    with snapshot(file) as copy:
+        found = flaws(copy, timeout)
+        if found:
+            raise Unsound(found[0] + (f", and {len(found) - 1} more" if found[1:] else ""))
+        yield copy
+
+
+def require_idle(file: Path) -> None:
+    """Raises Busy where another process has the file locked: a launch would take it for broken, and replace it."""
+    connection = sqlite3.connect(f"file:{quote(str(file.absolute()))}?mode=rw", uri=True, isolation_level=None)
+    try:
+        connection.execute("BEGIN IMMEDIATE")
+        connection.execute("ROLLBACK")
+    except sqlite3.OperationalError as failure:
+        raise Busy(f"{file} cannot be written: {failure}; try again when no other process uses it") from None
+    finally:
+        connection.close()
+
+
+def put_aside(file: Path) -> Path:
+    """Renames a file with its journal and its WAL, and gives the new name."""
+    moment = datetime.now(timezone.utc)
+    while True:
+        kept = file.with_name(f"{file.name}.damaged-{moment:%Y%m%dT%H%M%S}.{moment.microsecond // 1000:03}Z")
+        if not any(os.path.lexists(beside(kept, part)) for part in PARTS):
+            break
+        moment += timedelta(milliseconds=1)
+    for part in PARTS:
+        if os.path.lexists(beside(file, part)):
+            os.rename(beside(file, part), beside(kept, part))
+    return kept
