@@ -81,6 +81,7 @@ def _reading(options: argparse.Namespace) -> Iterator[Session]:
 def _writing(options: argparse.Namespace) -> Iterator[Session]:
     """The library on the store itself, where that is as it should be or may be made so."""
     file = _file(options)
+    Library.load(options.library)  # before anything is put aside
     try:
         with sound_copy(file, options.timeout):
             pass
@@ -283,7 +284,9 @@ def _inspect(options: argparse.Namespace) -> int:
 
 
 def _print_inspection(found: Inspection) -> None:
-    _print_findings("schema", found.missing + found.different, "as expected")
+    _print_findings("schema", found.missing, "complete" if found.different else "as expected")
+    if found.different:
+        _print_findings("different, and taken as it is", found.different)
     _print_findings("pages", found.pages, "sound")
     if found.leftOut:
         _print_findings("left out", found.leftOut)
