@@ -14,6 +14,8 @@ import brimlet
 from brimlet import records
 from brimlet.documents import Batch, Ids, OneRecord
 from brimlet.functions import FUNCTIONS, DocumentInput
+from generator import model
+from generator.model import Kind
 from pages import code, rows, sections, source
 
 KEY = 1  # of the record that is tried out
@@ -84,6 +86,10 @@ UPDATES = {"Sections": ("updateSection", {"device": PARENT}),
 SAMPLES = {"array of zones": [{"id": 5}], "array of sections": [{"id": 5}], "array of devices": [{"id": 5}],
            "array of device users": [{"user_index": 5}], "array of numbers": [5, 6],
            "object, a person": {"id": 5}, "object, a location": {"lat": 5}}
+
+# How the header has the kinds of the page.
+KINDS = {"number": Kind.NUMBER, "whole number": Kind.WHOLE, "byte": Kind.BYTE, "big number": Kind.BIG,
+         "flag": Kind.FLAG, "text": Kind.TEXT, "coordinate": Kind.REAL}
 
 
 class Row:
@@ -272,31 +278,52 @@ class DocumentsTest(unittest.TestCase):
 
 
 class HeaderTest(unittest.TestCase):
-    def test_the_keys_of_a_family_are_those_of_the_page(self):
-        page = sections("docs/documents.md")
-        inner = {"Organizations": ["Persons"], "Devices": ["Device users"], "Sites": ["Locations"]}
-        families = re.findall(r"@name (\w+)\n \* (JSON: .*?)\*/", source("src/api/brimlet.h"), re.DOTALL)
-        self.assertEqual({name for name, _ in families} | {name for names in inner.values() for name in names},
-                         set(ENTITIES))
-        for name, text in families:
-            with self.subTest(name):
-                table = [Row(cells) for part in [name, *inner.get(name, [])] for cells in rows(page[part])]
-                keys = {key for row in table if not row.is_parent for key in row.keys}
-                if name == "Devices":
-                    keys.add("zones")  # of its sections
-                self.assertEqual(set(re.findall(r'"(\w+)"', text)), keys)
+    """The comments of the header against the page."""
 
-    def test_the_comment_of_a_field_names_its_key(self):
+    @classmethod
+    def setUpClass(cls):
+        cls.api = model.read()
         page = sections("docs/documents.md")
-        header = source("src/api/FlatRecords.h")
-        for name, entity in ENTITIES.items():
-            record = entity.record.__name__
-            struct = header.partition(f"typedef struct Flat{record}\n")[2].partition(f"}} Flat{record};")[0]
-            comments = dict(re.findall(r"(\w+);\s*/\*\*< (.*?) \*/", struct))
-            named = [(field, key) for row in map(Row, rows(page[name])) for field in row.fields for key in row.keys]
-            for field, key in named:
-                if (name, field) not in [("Events", "account"), ("Events", "domainName")]:  # by way of other records
-                    self.assertIn(f'"{key}"', comments[field], f"{name}.{field}")
+        cls.tables = {name: [row for row in map(Row, rows(page[name])) if not row.is_parent] for name in ENTITIES}
+
+    def fields(self, name):
+        return {field.name: field for field in self.api.record(f"Flat{ENTITIES[name].record.__name__}").fields}
+
+    def test_the_keys_of_a_record_are_those_of_the_page(self):
+        for name, table in self.tables.items():
+            with self.subTest(name):
+                self.assertEqual({key for field in self.fields(name).values() for key in field.keys},
+                                 {key for row in table for key in row.keys})
+
+    def test_a_field_names_its_keys_and_whether_they_are_required(self):
+        derived = [("Events", "account"), ("Events", "domainName")]  # the key is that of another record
+        for name, table in self.tables.items():
+            fields = self.fields(name)
+            for row in table:
+                for field in row.fields:
+                    with self.subTest(entity=name, field=field):
+                        if row.keys and (name, field) not in derived:
+                            self.assertEqual((fields[field].keys, fields[field].is_required),
+                                             (row.keys, row.is_required))
+
+    def test_the_kind_of_a_field_is_that_of_the_page(self):
+        for name, table in self.tables.items():
+            for row in table:
+                kind = row.kind.split(",")[0]
+                if kind in KINDS and not row.is_required:
+                    with self.subTest(entity=name, key=row.keys[0]):
+                        self.assertIs(self.fields(name)[row.fields[0]].kind, KINDS[kind])
+
+    def test_a_search_takes_the_keys_that_the_page_marks(self):
+        searches = [function for function in self.api.functions if function.name.endswith("WithParams")]
+        self.assertEqual(len(searches), 11)
+        for function in searches:
+            with self.subTest(function.name):
+                key = next(put.words for put in function.inputs if put.name == "key")
+                self.assertRegex(key, rf"^key of {function.record}(, except |$)")
+                keys = {key for field in self.fields(function.family).values() for key in field.keys}
+                self.assertEqual(keys - set(re.findall(r'"(\w+)"', key)),
+                                 {row.keys[0] for row in self.tables[function.family] if row.search == "yes"})
 
 
 if __name__ == "__main__":

@@ -3,32 +3,22 @@
 import re
 import unittest
 
+from generator import model
 from pages import code, rows, sections, source
-
-HEADER = "src/api/brimlet.h"
-CODES = "src/api/ResultCodes.h"
-
-
-def promised():
-    """{function: the codes behind its @return} of the header, for those that answer a BrimletResult."""
-    declarations = re.findall(r"/\*\*((?:[^*]|\*(?!/))*)\*/\s*BRIMLET_API (\w+) (\w+)\(", source(HEADER))
-    answers = {}
-    for comment, kind, name in declarations:
-        said = comment.partition("@return")[2]
-        codes = set(re.findall(r"\b\d+\b", said.partition(";")[0]))
-        answers[name] = codes
-    return answers
 
 
 class ResultCodesTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.api = model.read()
+
     def setUp(self):
         self.page = sections("docs/result-codes.md", level=3)
 
     def test_every_code_stands_on_the_page_under_its_name(self):
-        names = re.findall(r"^    (BRIMLET_\w+) =\s+(\d+)", source(CODES), re.MULTILINE)
-        self.assertGreater(len(names), 10)
-        titles = [title.split(", ") for title in self.page if ", BRIMLET_" in title]
-        self.assertEqual([(name, value) for value, name in titles], names)
+        values = [value for enumeration in self.api.enumerations for value in enumeration.values]
+        self.assertEqual([title for title in self.page if ", BRIMLET_" in title],
+                         [f"{value.number}, {value.name}" for value in values])
 
     def test_every_function_stands_once_with_the_codes_that_the_header_lists(self):
         listed = {}
@@ -41,16 +31,18 @@ class ResultCodesTest(unittest.TestCase):
                 listed[name] = codes
         life = {"launchCache", "exitCache", "getState", "getLaunchCacheResult"}
         self.assertLessEqual(life, set(code(self.page["Life"])))
-        self.assertEqual(listed, {name: codes for name, codes in promised().items() if name not in life})
+        numbers = {value.name: str(value.number) for value in self.api.enumeration("BrimletResult").values}
+        self.assertEqual(listed, {function.name: {numbers[result.name] for result in function.results}
+                                  for function in self.api.functions if function.name not in life})
 
     def test_no_export_is_left_out(self):
         exports = {line for line in source("src/api/exports.txt").split("\n") if line and not line.startswith("#")}
-        self.assertEqual(set(promised()), exports)
+        self.assertEqual({function.name for function in self.api.functions}, exports)
 
-    def test_every_value_of_the_headers_has_its_comment(self):
-        for path in (CODES, "bindings/cpp/brimlet.hpp"):  # Doxygen does not ask for those of values
-            for values in re.findall(r"^enum[^{;]*\{(.*?)^\};", source(path), re.DOTALL | re.MULTILINE):
-                self.assertEqual(len(re.findall(r"^    \w+ =", values, re.MULTILINE)), values.count("/**<"), values)
+    def test_every_value_of_the_cpp_header_has_its_comment(self):  # Doxygen does not ask for those of values
+        for values in re.findall(r"^enum[^{;]*\{(.*?)^\};", source("bindings/cpp/brimlet.hpp"),
+                                 re.DOTALL | re.MULTILINE):
+            self.assertEqual(len(re.findall(r"^    \w+ =", values, re.MULTILINE)), values.count("/**<"), values)
 
     def test_every_reason_is_given(self):
         for title, text in self.page.items():

@@ -380,7 +380,7 @@ class InspectTest(CommandTest):
 
     def test_what_is_no_database_or_not_there(self):
         self.file.write_bytes(b"nonsense" * 1000)
-        self.fails(6, "cannot be read: file is not a database", "inspect")
+        self.fails(6, "cannot be inspected: file is not a database", "inspect")
         self.assertEqual(self.file.read_bytes(), b"nonsense" * 1000)
         self.file.unlink()
         self.fails(6, "there is no CacheDb", "inspect")

@@ -485,7 +485,7 @@ class WritingTest(HarmlessTest):
 
     def test_names_of_what_is_put_aside_do_not_meet(self):
         store = self.make(put(b""))
-        with mock.patch("brimlet.store.datetime") as clock:
+        with mock.patch("brimlet.kept.datetime") as clock:
             import datetime
             clock.now.return_value = datetime.datetime(2026, 11, 22, 6, 45, 0, 123456, datetime.timezone.utc)
             for content in (b"1", b"2", b"3"):

@@ -12,6 +12,7 @@ from brimlet import codes, folder
 from brimlet.functions import FUNCTIONS, DocumentInput, Gives, Role
 from brimlet.records import TextPointer, all_records, layout_of
 from brimlet.session import Session
+from generator import model
 from support import source
 
 NUMBERS = {
@@ -34,7 +35,7 @@ def type_of(words):
 
 def declarations():
     """(result, name, [(type, name)]) for each function of the header."""
-    text = re.sub(r"\s+", " ", source("src/api/brimlet.h"))
+    text = re.sub(r"\s+", " ", source("include/brimlet/brimlet.h"))
     for result, name, arguments in re.findall(r"BRIMLET_API (\w+) (\w+)\(([^)]*)\);", text):
         pairs = [] if arguments == "void" else [re.fullmatch(r"(.*?)(\w+)", part.strip()).groups()
                                                  for part in arguments.split(",")]
@@ -43,7 +44,7 @@ def declarations():
 
 def enumerators(enum):
     """{name: number} of an enum of ResultCodes.h."""
-    body = re.search(r"enum " + enum + r" \{(.*?)\};", source("src/api/ResultCodes.h"), re.DOTALL).group(1)
+    body = re.search(r"enum " + enum + r" \{(.*?)\};", source("include/brimlet/ResultCodes.h"), re.DOTALL).group(1)
     body = re.sub(r"/\*.*?\*/", "", body, flags=re.DOTALL)
     return {name: int(number) for name, number in re.findall(r"(\w+) =\s*(\d+)", body)}
 
@@ -82,8 +83,8 @@ class FunctionsTest(unittest.TestCase):
                 self.assertEqual(len(frees), 2, entry.name)
 
     def test_bare_ids_are_under_the_keys_of_the_header(self):
-        text = re.sub(r"\s*\*?\s+", " ", source("src/api/brimlet.h"))
-        found = re.findall(r"@param json bare ids? under ([^@]*?) @param length.*?BRIMLET_API \w+ (\w+)\(", text)
+        found = [(put.words, function.name) for function in model.read().functions for put in function.inputs
+                 if put.words.startswith("id-only document with ")]
         self.assertEqual(len(found), 10)
         for words, name in found:
             with self.subTest(name):
@@ -106,7 +107,7 @@ class FunctionsTest(unittest.TestCase):
 
 class RecordsTest(unittest.TestCase):
     def declared(self):
-        text = re.sub(r"/\*.*?\*/", "", source("src/api/FlatRecords.h"), flags=re.DOTALL)
+        text = re.sub(r"/\*.*?\*/", "", source("include/brimlet/FlatRecords.h"), flags=re.DOTALL)
         for name, body in re.findall(r"typedef struct (\w+)\s*\{(.*?)\}", text, re.DOTALL):
             yield name, [(field, type_of(kind)) for kind, field in re.findall(r"(\w+ \**)(\w+);", body)]
 
@@ -162,8 +163,7 @@ class CodesTest(unittest.TestCase):
 
 class PackageTest(unittest.TestCase):
     def test_version_is_that_of_the_library(self):
-        version = re.search(r"project\(Brimlet VERSION ([0-9.]+)", source("CMakeLists.txt")).group(1)
-        self.assertEqual(brimlet.__version__, version)
+        self.assertEqual(brimlet.__version__, model.read().version)
 
     def test_project_names_the_command_and_ships_the_types(self):
         project = source("bindings/python/pyproject.toml")

@@ -163,7 +163,7 @@ def _reading(copy: Snapshot, timeout: float) -> Iterator[_Reader]:
     except TookTooLong:
         raise TookTooLong(f"{copy.file.name} is not read in {timeout:g} seconds; --timeout gives it longer") from None
     except sqlite3.Error as failure:
-        raise Unsound(f"it cannot be read: {failure}") from None
+        raise Unsound(str(failure)) from None
 
 
 def _quoted(name: str) -> str:

@@ -16,12 +16,9 @@ from tempfile import TemporaryDirectory
 from typing import BinaryIO, Iterator, List, Optional, Tuple
 
 from .codes import Error
+from .kept import SUFFIXES
 
-SIDECARS = ("-journal", "-wal")
-"""The ends of the names of what lies beside a store and SQLite plays."""
-PARTS = ("", *SIDECARS)
-"""The same, with the store itself before it."""
-
+_SIDECARS = SUFFIXES[1:]  # what lies beside a store and SQLite plays
 _MAGIC = bytes.fromhex("d9d505f920a163d7")  # begins a segment of a journal, and ends a journal that names a super-journal
 _HEADER_LENGTH = 100  # the header of the file holds a counter of its changes
 _ATTEMPTS = 10
@@ -87,7 +84,7 @@ def _store(file: Path) -> Path:
         raise Unsound(f"it is {kind}, not a regular file")
     if os.path.lexists(file):
         raise Unsound("it is a symbolic link to nothing")
-    for suffix in SIDECARS:
+    for suffix in _SIDECARS:
         if os.path.lexists(beside(file, suffix)):
             raise Unsound(f"it is missing, and {beside(file, suffix).name} is there without it")
     raise Missing(f"there is no {file.name} in {file.parent}")
@@ -111,8 +108,8 @@ def _unchanged_copy(source: Path, target: Path) -> Optional[Snapshot]:
     """A copy, or None where the store changed meanwhile."""
     try:
         before = _state(source)
-        reasons = {suffix: reason for suffix in SIDECARS for reason in _objections(beside(source, suffix), suffix)}
-        parts = [suffix for suffix in PARTS if suffix not in reasons and _kind(beside(source, suffix))]
+        reasons = {suffix: reason for suffix in _SIDECARS for reason in _objections(beside(source, suffix), suffix)}
+        parts = [suffix for suffix in SUFFIXES if suffix not in reasons and _kind(beside(source, suffix))]
         _require_room(sum(beside(source, suffix).stat().st_size for suffix in parts), target.parent)
         for suffix in parts:
             with _open(beside(source, suffix)) as content, beside(target, suffix).open("xb") as copied:
@@ -152,7 +149,7 @@ def _open(path: Path) -> BinaryIO:
 def _state(source: Path) -> Tuple[object, ...]:
     """What no transaction leaves as it was."""
     state: List[object] = []
-    for path in (beside(source, suffix) for suffix in PARTS):
+    for path in (beside(source, suffix) for suffix in SUFFIXES):
         status = path.lstat() if _kind(path) else None
         state.append(status and (status.st_ino, status.st_size, status.st_mtime_ns))
     with _open(source) as content:

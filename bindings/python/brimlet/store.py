@@ -4,13 +4,13 @@ rather than removed."""
 import os
 import sqlite3
 from contextlib import contextmanager
-from datetime import datetime, timedelta, timezone
 from pathlib import Path
 from typing import Iterator
 from urllib.parse import quote
 
 from .inspection import flaws
-from .snapshot import PARTS, Busy, Snapshot, Unsound, beside, snapshot
+from .kept import SUFFIXES, damaged_name
+from .snapshot import Busy, Snapshot, Unsound, beside, snapshot
 
 
 @contextmanager
@@ -36,14 +36,9 @@ def require_idle(file: Path) -> None:
 
 
 def put_aside(file: Path) -> Path:
-    """Renames a file with its journal and its WAL, and gives the new name."""
-    moment = datetime.now(timezone.utc)
-    while True:
-        kept = file.with_name(f"{file.name}.damaged-{moment:%Y%m%dT%H%M%S}.{moment.microsecond // 1000:03}Z")
-        if not any(os.path.lexists(beside(kept, part)) for part in PARTS):
-            break
-        moment += timedelta(milliseconds=1)
-    for part in PARTS:
-        if os.path.lexists(beside(file, part)):
-            os.rename(beside(file, part), beside(kept, part))
+    """Renames a file with its journal and its write-ahead log, and gives the new name."""
+    kept = Path(damaged_name(str(file)))
+    for suffix in SUFFIXES:
+        if os.path.lexists(beside(file, suffix)):
+            os.rename(beside(file, suffix), beside(kept, suffix))
     return kept

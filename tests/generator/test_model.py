@@ -1,0 +1,115 @@
+"""The model of the public headers, on samples of each shape."""
+
+import unittest
+
+from generator import model
+from generator.model import Direction, Gives, Input, Kind, Parameter, Result, Role, Takes
+
+
+class ModelTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.api = model.read()
+
+    def field(self, record, name):
+        return next(field for field in self.api.record(record).fields if field.name == name)
+
+    def test_it_holds_all_that_the_headers_declare(self):
+        self.assertEqual(len(self.api.functions), 96)
+        self.assertEqual(len({function.name for function in self.api.functions}), 96)
+        self.assertEqual(len(self.api.records), 14)
+        self.assertEqual(sum(len(record.fields) for record in self.api.records), 132)
+        self.assertEqual([(enumeration.name, len(enumeration.values)) for enumeration in self.api.enumerations],
+                         [("BrimletResult", 9), ("BrimletLaunchResult", 7), ("BrimletState", 3)])
+
+    def test_everything_is_in_the_order_of_the_headers(self):
+        lines = [int(function.place.partition(":")[2]) for function in self.api.functions]
+        self.assertEqual(lines, sorted(lines))
+        self.assertEqual([family.title for family in self.api.families],
+                         ["Lifecycle", "Server address", "Locales", "Domains", "Users", "Organizations", "Contractors",
+                          "Contracts", "Devices", "Sections", "Zones", "Sites", "Events", "Clearing"])
+        self.assertEqual([record.name for record in self.api.records][:3], ["FlatLocale", "FlatDomain", "FlatUser"])
+
+    def test_a_function_that_gets_a_record(self):
+        function = self.api.function("getUser")
+        self.assertEqual((function.family, function.type, function.role), ("Users", "uint32_t", Role.CALL))
+        self.assertEqual((function.summary, function.notes), ("Gets one user.", []))
+        self.assertEqual((function.gives, function.record, function.release), (Gives.RECORD, "FlatUser", "freeUser"))
+        self.assertEqual(function.parameters, [Parameter("user", "FlatUser **", Direction.OUT, "receives the user"),
+                                               Parameter("id", "uint32_t", Direction.IN, "id of the user")])
+        self.assertEqual(function.inputs, [Input(Takes.NUMBER, "id", "id of the user")])
+        self.assertEqual(function.results[2], Result("BRIMLET_NOT_FOUND", "the store has no user with this id"))
+
+    def test_a_function_that_searches(self):
+        function = self.api.function("getZonesForSectionWithParams")
+        self.assertEqual((function.gives, function.release), (Gives.ARRAY, "freeZonesArray"))
+        self.assertEqual([(put.takes, put.name) for put in function.inputs],
+                         [(Takes.TEXT, "key"), (Takes.TEXT, "value"), (Takes.NUMBER, "deviceId"),
+                          (Takes.NUMBER, "sectionId")])
+
+    def test_a_function_that_takes_a_document(self):
+        function = self.api.function("updateOrganization")
+        self.assertEqual(function.inputs, [Input(Takes.DOCUMENT, "json", "document of one organization")])
+        self.assertEqual(function.notes, ['A "contact" replaces the stored person as a whole.'])
+
+    def test_functions_that_hand_out_texts(self):
+        for name, outputs in (("getServerIp", ["address"]), ("getSiteNameAndAddress", ["name", "address"])):
+            function = self.api.function(name)
+            self.assertEqual((function.gives, function.release, function.record), (Gives.TEXTS, "free", ""))
+            self.assertEqual([output.name for output in function.outputs], outputs)
+
+    def test_functions_that_release(self):
+        for name, released in (("freeUser", Gives.RECORD), ("freeUsersArray", Gives.ARRAY)):
+            function = self.api.function(name)
+            self.assertEqual((function.role, function.released, function.record), (Role.RELEASE, released, "FlatUser"))
+            self.assertEqual((function.gives, function.release), (Gives.NOTHING, ""))
+
+    def test_the_lifecycle(self):
+        names = [function.name for function in self.api.functions if function.role is Role.LIFECYCLE]
+        self.assertEqual(names, ["launchCache", "exitCache", "getState", "getLaunchCacheResult"])
+        self.assertEqual(self.api.function("getState").returned, "a value of BrimletState")
+
+    def test_irregular_functions_are_there(self):
+        for name in model.IRREGULAR:
+            self.assertTrue(self.api.function(name).outputs)
+
+    def test_kinds_of_fields(self):
+        samples = {
+            ("FlatUser", "id"): Kind.ID, ("FlatUser", "roles"): Kind.NUMBER, ("FlatUser", "phone"): Kind.BIG,
+            ("FlatUser", "isActive"): Kind.FLAG, ("FlatUser", "name"): Kind.TEXT, ("FlatUser", "domain"): Kind.RECORD,
+            ("FlatEvent", "active"): Kind.BYTE, ("FlatEvent", "channel"): Kind.WHOLE,
+            ("FlatLocation", "latitude"): Kind.REAL, ("FlatSection", "zones"): Kind.ARRAY,
+            ("FlatSection", "zonesCount"): Kind.COUNT, ("FlatDeviceUser", "sections"): Kind.ARRAY,
+        }
+        for (record, name), kind in samples.items():
+            self.assertIs(self.field(record, name).kind, kind, name)
+
+    def test_keys_of_fields(self):
+        zone = self.field("FlatZone", "id")
+        self.assertEqual((zone.keys, zone.is_required, zone.is_keyless), (["id", "zone"], True, False))
+        phone = self.field("FlatUser", "phone")
+        self.assertEqual((phone.keys, phone.is_required), (["phone"], False))
+        self.assertTrue(phone.words.startswith("Telephone number. "), phone.words)
+        account = self.field("FlatEvent", "account")
+        self.assertEqual((account.keys, account.is_keyless), ([], True))
+
+    def test_arrays_know_their_element_and_count(self):
+        zones = self.field("FlatSection", "zones")
+        self.assertEqual((zones.record, zones.count), ("FlatZone", "zonesCount"))
+        sections = self.field("FlatDeviceUser", "sections")
+        self.assertEqual((sections.record, sections.count), ("", "sectionsCount"))
+        self.assertEqual(self.field("FlatEvent", "time").count, "")
+
+    def test_values_have_meaning_cause_and_cure(self):
+        values = {value.name: value for value in self.api.enumeration("BrimletResult").values}
+        failed = values["BRIMLET_WRITE_FAILED"]
+        self.assertEqual((failed.number, failed.meaning), (9, "The store could not be written."))
+        self.assertEqual(failed.notes, ["It is as it was before the call."])
+        self.assertTrue(failed.cause.startswith("the launch left a file without tables, "), failed.cause)
+        self.assertTrue(failed.cure.startswith("look at getLaunchCacheResult, "), failed.cure)
+        for name, value in values.items():
+            self.assertEqual(bool(value.cause and value.cure), name != "BRIMLET_DONE", name)
+
+
+if __name__ == "__main__":
+    unittest.main()
