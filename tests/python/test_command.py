@@ -107,6 +107,8 @@ class CallTest(CommandTest):
         self.fails(2, "there is no function getUsr, did you mean getUser", "call", "getUsr")
         self.fails(2, "getUser(id) -> User takes 1 arguments, not 0", "call", "getUser")
         self.fails(2, "x is not a number", "call", "getUser", "x")
+        for time in ("nan", "0", "soon"):
+            self.fails(2, f"{time} is not a time in seconds", "--timeout", time, "call", "getUser", "7")
         self.fails(2, "has to be a number of 32 bits", "call", "getUser", "4294967296")
         self.fails(1, "nowhere.json", "call", *WRITE, "addUsers", "@nowhere.json")
         self.fails(1, "the shared library cannot be loaded", "--library", "/nowhere.so", "call", *WRITE, "clearAll")
@@ -253,6 +255,16 @@ Device 10
         self.assertIn("─", screen)
         self.assertIn("Alice", screen)
 
+    def test_a_terminal_obeys_no_text_of_the_store(self):
+        with brimlet.Session(self.directory) as session:
+            session.addUsers({"id": 51, "name": "a\x1b[2J\u202eb"})
+        for before in ("pass", "sys.modules['rich'] = None"):
+            for arguments in (["show", "user", "51"], ["call", "getUser", "51", "--table"]):
+                status, screen = self.on_terminal(*arguments, before=before)
+                self.assertEqual(status, 0)
+                self.assertIn("a\\x1b[2J\\u202eb", screen)
+                self.assertNotIn("\x1b[2J", screen)
+
 
 class EventsTest(CommandTest):
     def setUp(self):
@@ -347,7 +359,7 @@ class InspectTest(CommandTest):
             "table Notes is unknown"])
         words = self.run_command("inspect").stdout
         self.assertIn("schema:\n  table Users is missing\n", words)
-        self.assertIn("different, and taken as it is:\n  column Persons.PersonsId is not part of the key\n", words)
+        self.assertIn("different, but accepted:\n  column Persons.PersonsId is not part of the key\n", words)
 
     def test_broken_pages(self):
         content = bytearray(self.file.read_bytes())

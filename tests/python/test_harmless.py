@@ -17,6 +17,7 @@ from unittest import mock
 
 import brimlet
 from brimlet import command
+from brimlet.schema import TABLES
 from support import DirectoryTest
 
 MAGIC = bytes.fromhex("d9d505f920a163d7")
@@ -174,7 +175,11 @@ def leave(store):
     pass
 
 
-view_of_users = changed("DROP TABLE Users", f"CREATE VIEW Users AS {ENDLESS} AS UsersId FROM n")
+view_of_users = changed(
+    "DROP TABLE Users",
+    "CREATE VIEW Users AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+    f"SELECT {', '.join(f'i AS {column.name}' for column in TABLES['Users'])} FROM n",
+)
 
 # What a reading command makes of a folder: 0, or the reason for refusing.
 SOUND = {
@@ -215,15 +220,25 @@ UNSOUND = {
     "with a view for a table": (view_of_users, "table Users is missing"),
     "with a hidden view for a table": (together(view_of_users, changed(
         "CREATE TABLE Other (UsersId)", "PRAGMA writable_schema = ON",
-        "UPDATE sqlite_master SET name = 'Users', tbl_name = 'Users', sql = 'CREATE TABLE IF NOT EXISTS Users (UsersId)' "
-        "WHERE name = 'Other'")), "table Users is missing"),
+        "UPDATE sqlite_master SET name = 'Users', tbl_name = 'Users', "
+        "sql = 'CREATE TABLE IF NOT EXISTS Users (UsersId)' WHERE name = 'Other'")), "table Users is missing"),
     "with a virtual table for a table": (
         changed("DROP TABLE Users", "CREATE VIRTUAL TABLE Users USING fts5(UsersId)"), "table Users is missing"),
     "with an endless generated column": (
         changed("ALTER TABLE Users ADD COLUMN UsersMore AS (" + SLOW + ")"), "column Users.UsersMore is generated"),
     "with an endless generated column elsewhere": (
         changed("CREATE TABLE Notes (Id, More AS (" + SLOW + ") NOT NULL)", "CREATE INDEX i ON Notes (Id)"),
-        "generated column Notes.More"),
+        "column Notes.More is generated"),
+    "with a virtual table in disguise": (together(
+        changed("CREATE VIRTUAL TABLE Notes USING fts5(Text)"),
+        lambda store: rewrite(store, "Notes", "CREATE VIRTUAL", "CREATE /* */ VIRTUAL")),
+        "Notes is not an ordinary table"),
+    "with an endless generated column in disguise": (together(
+        changed("CREATE TABLE Notes (Id)", "INSERT INTO Notes VALUES (1)"),
+        lambda store: rewrite(store, "Notes", "Notes (Id)", f"sqlite_notes (Id, More AS ({SLOW}) NOT NULL)"
+                              .replace("'", "''")),
+        changed("PRAGMA writable_schema = ON",
+                "UPDATE sqlite_master SET name = 'sqlite_notes', tbl_name = 'sqlite_notes' WHERE name = 'Notes'")), "column sqlite_notes.More is generated"),
     "with an unknown collation": (together(
         changed("CREATE INDEX i ON Users (UsersName COLLATE NOCASE)"),
         lambda store: rewrite(store, "i", "NOCASE", "OTHER")), "no such collation sequence: OTHER"),
@@ -340,8 +355,8 @@ class ReadingTest(HarmlessTest):
                 store = self.make(make)
                 for arguments in (["show", "user", "7"], ["events"], ["call", "getUsers"]):
                     self.assertEqual(self.leaves_all(store, 6, reason, *arguments), "")
-                    self.leaves_all(store, 6, "`brimlet inspect` shows more, a command that writes begins a new one "
-                                              "with --recover", *arguments)
+                    self.leaves_all(store, 6, "`brimlet inspect` shows the details, a writing command with --recover "
+                                              "starts a new one", *arguments)
 
     def test_an_inspection_tells_the_reason(self):
         for name, (make, reason) in UNSOUND.items():
@@ -356,7 +371,8 @@ class ReadingTest(HarmlessTest):
     def test_where_nothing_is_nothing_is_made(self):
         store = self.make(remove)
         for arguments in READING:
-            self.leaves_all(store, 6, f"there is no CacheDb in {store}; --dir names its folder", *arguments)
+            self.leaves_all(store, 6, f"there is no CacheDb in {store}; check --dir, or create one", *arguments)
+            self.leaves_all(store, 6, "by a writing command with --create", *arguments)
         for directory in (store / "nowhere", victim(store)):
             for arguments in (*READING, ["call", "--write", "--create", "addUsers", DOCUMENT]):
                 before = everything_in(store.parent)
@@ -392,7 +408,7 @@ class ReadingTest(HarmlessTest):
             if status == 0:
                 self.assertEqual(sorted(user.id for user in printed.call_args[0][0]), [7, 1001, 1002])
             else:
-                self.assertIn("another process changes", complained.call_args[0][0])
+                self.assertIn("another process keeps changing", complained.call_args[0][0])
 
     def test_a_copy_that_has_no_room_is_not_begun(self):
         store = self.make()
@@ -408,7 +424,8 @@ class ReadingTest(HarmlessTest):
             "WITH RECURSIVE n(i) AS (SELECT 1000 UNION ALL SELECT i + 1 FROM n LIMIT 300000) "
             "INSERT INTO Events (EventsId, EventsData) SELECT i, 'some text' FROM n"))
         for arguments in READING:
-            self.leaves_all(store, 1, "CacheDb is not read in 0.001 seconds; --timeout", "--timeout", "0.001", *arguments)
+            self.leaves_all(store, 1, "the check takes longer than 0.001 seconds; --timeout allows more",
+                            "--timeout", "0.001", *arguments)
 
     @unittest.skipIf(sys.platform == "win32", "there is no SIGTERM")
     def test_an_end_by_a_signal_leaves_no_copy(self):
@@ -447,7 +464,7 @@ class WritingTest(HarmlessTest):
             store = self.make(remove)
             for options in ([], ["--recover"]):
                 self.leaves_all(store, 6, "there is no CacheDb", *arguments, "--write", *options)
-                self.leaves_all(store, 6, "--create makes one", *arguments, "--write", *options)
+                self.leaves_all(store, 6, "--create creates one", *arguments, "--write", *options)
             done = self.run_on(store, *arguments, "--write", "--create")
             self.assertEqual((done.returncode, done.stderr), (0, ""))
             self.assertEqual([file.name for file in store.iterdir()], ["CacheDb"])
@@ -469,7 +486,7 @@ class WritingTest(HarmlessTest):
             with self.subTest(name):
                 store = self.make(make)
                 self.leaves_all(store, 6, reason, "load", "--write", "--create", str(self.documents))
-                self.leaves_all(store, 6, "--recover puts it aside and begins a new one", "call", "--write", "addUsers",
+                self.leaves_all(store, 6, "--recover renames it and starts a new one", "call", "--write", "addUsers",
                                 DOCUMENT)
                 self.leaves_all(store, 1, "cannot be loaded", "--library", "/nowhere.so", "load", "--write", "--recover",
                                 str(self.documents))
@@ -501,7 +518,7 @@ class WritingTest(HarmlessTest):
         for statements in (["BEGIN EXCLUSIVE"], ["BEGIN IMMEDIATE", "DELETE FROM Users"]):
             store = self.make()
             other = self.locked(store, *statements)
-            self.leaves_all(store, 6, "cannot be written: database is locked; try again when no other process uses it",
+            self.leaves_all(store, 6, "database is locked; try again when no other process is using it",
                             "call", "--write", "--recover", "addUsers", DOCUMENT)
             self.assertEqual(other.communicate("\n", 60), ("", ""))
 

@@ -1,8 +1,8 @@
 """The companion command `brimlet`: the library's functions and a look at its file, from a shell.
 
-show, events, inspect and the functions get... read a copy of the file: looking changes nothing. load and all other
-functions write, so they need --write. They make a file only with --create, and put one that is not sound aside and
-begin a new one only with --recover.
+show, events, inspect and the functions get... read a copy of the file and change nothing. load and all other functions
+write, so they need --write. They create a file only with --create. With --recover they rename a file that is not a
+sound store, and start a new one.
 
 The exit status is the code of the function: 0, or what brimlet.h says (8 for not found). 1 means that it did not come
 to a call or that an inspection found something, 2 that the command line is wrong, 6 that the store cannot be used.
@@ -74,12 +74,12 @@ def _reading(options: argparse.Namespace) -> Iterator[Session]:
     except Missing as failure:
         raise _missing(failure) from None
     except Unsound as failure:
-        raise _unsound(file, failure, "a command that writes begins a new one with --recover") from None
+        raise _unsound(file, failure, "a writing command with --recover starts a new one") from None
 
 
 @contextmanager
 def _writing(options: argparse.Namespace) -> Iterator[Session]:
-    """The library on the store itself, where that is as it should be or may be made so."""
+    """The library on the store itself, once that is sound."""
     file = _file(options)
     Library.load(options.library)  # before anything is put aside
     try:
@@ -88,10 +88,10 @@ def _writing(options: argparse.Namespace) -> Iterator[Session]:
         require_idle(file)
     except Missing as failure:
         if not options.create:
-            raise _Failure(f"{failure}; --create makes one", _UNUSABLE) from None
+            raise _Failure(f"{failure}; --create creates one", _UNUSABLE) from None
     except Unsound as failure:
         if not options.recover:
-            raise _unsound(file, failure, "--recover puts it aside and begins a new one") from None
+            raise _unsound(file, failure, "--recover renames it and starts a new one") from None
         complain(f"{file} was not a sound store: {failure}; it is kept as {put_aside(file).name}")
     with _launched(options, file, str(file)) as session:
         yield session
@@ -103,11 +103,12 @@ def _require_write(options: argparse.Namespace, what: str) -> None:
 
 
 def _missing(failure: Missing) -> _Failure:
-    return _Failure(f"{failure}; --dir names its folder, a command that writes makes one with --create", _UNUSABLE)
+    return _Failure(f"{failure}; check --dir, or create one by a writing command with --create",
+                    _UNUSABLE)
 
 
 def _unsound(file: Path, failure: Unsound, cure: str) -> _Failure:
-    return _Failure(f"{file} is not a sound store: {failure}; `brimlet inspect` shows more, {cure}", _UNUSABLE)
+    return _Failure(f"{file} is not a sound store: {failure}; `brimlet inspect` shows the details, {cure}", _UNUSABLE)
 
 
 def _launched(options: argparse.Namespace, file: Path, words: str) -> Session:
@@ -117,7 +118,7 @@ def _launched(options: argparse.Namespace, file: Path, words: str) -> Session:
     if not session.is_usable:
         session.close()
         result = session.report.last
-        raise _Failure(f"the launch on {words} answered {int(result)}, {result.meaning}", _UNUSABLE)
+        raise _Failure(f"the launch on {words} returned {int(result)}, {result.meaning}", _UNUSABLE)
     return session
 
 
@@ -286,7 +287,7 @@ def _inspect(options: argparse.Namespace) -> int:
 def _print_inspection(found: Inspection) -> None:
     _print_findings("schema", found.missing, "complete" if found.different else "as expected")
     if found.different:
-        _print_findings("different, and taken as it is", found.different)
+        _print_findings("different, but accepted", found.different)
     _print_findings("pages", found.pages, "sound")
     if found.leftOut:
         _print_findings("left out", found.leftOut)
@@ -316,7 +317,7 @@ def _print_findings(title: str, findings: Sequence[str], without: str = "") -> N
 
 
 class _Parser(argparse.ArgumentParser):
-    """A parser whose complaints repeat what was typed, or what a shell found in a folder, without its controls."""
+    """A parser that escapes the words it repeats: a shell may have taken them from the names of files."""
 
     def error(self, message: str) -> NoReturn:
         super().error(escaped(message))
@@ -327,7 +328,8 @@ def _parser() -> argparse.ArgumentParser:
     parser.add_argument("--version", action="version", version=f"brimlet {__version__}")
     parser.add_argument("--dir", default=".", metavar="D", help="the folder of the file CacheDb; the current one")
     parser.add_argument("--library", metavar="FILE", help="the shared library")
-    parser.add_argument("--timeout", type=float, default=10.0, metavar="S", help="seconds that the check of the file may take, and a launch; 10")
+    parser.add_argument("--timeout", type=_seconds, default=10.0, metavar="S",
+                        help="seconds that the check of the file may take, and the launch; 10")
     parser.add_argument("--verbose", action="store_true", help="let the library write its debug lines")
     commands = parser.add_subparsers(metavar="COMMAND", required=True)
 
@@ -354,9 +356,19 @@ def _parser() -> argparse.ArgumentParser:
     events.add_argument("--to", dest="last", type=int, default=_LAST_TIME, metavar="TIME", help="the last time; no end")
     _add_table(events)
 
-    look = _command(commands, "inspect", _inspect, "look into the file, without changing or playing anything in its folder")
+    look = _command(commands, "inspect", _inspect, "check the file and count its rows; safe on any file")
     look.add_argument("--json", action="store_true", help="print JSON")
     return parser
+
+
+def _seconds(text: str) -> float:
+    try:
+        seconds = float(text)
+    except ValueError:
+        seconds = 0
+    if not seconds > 0:  # not a number included
+        raise argparse.ArgumentTypeError(f"{text} is not a time in seconds")
+    return seconds
 
 
 def _command(
@@ -372,10 +384,10 @@ def _add_table(parser: argparse.ArgumentParser) -> None:
 
 
 def _add_write(parser: argparse.ArgumentParser) -> None:
-    parser.add_argument("--write", action="store_true", help="allow what writes to the store")
-    parser.add_argument("--create", action="store_true", help="make the file where there is none")
+    parser.add_argument("--write", action="store_true", help="allow the command to write to the store")
+    parser.add_argument("--create", action="store_true", help="create the file if there is none")
     parser.add_argument("--recover", action="store_true",
-                        help="put a file that is not a sound store aside, as CacheDb.damaged-TIME, and begin a new one")
+                        help="rename a file that is not a sound store to CacheDb.damaged-TIME, and start a new one")
 
 
 def run(arguments: Optional[Sequence[str]] = None) -> int:
@@ -411,7 +423,7 @@ def _stop(number: int, _: object) -> NoReturn:
 
 def main() -> None:
     """The entry point."""
-    for name in ("SIGINT", "SIGTERM", "SIGHUP"):  # an end by exception, so that no copy of a store stays behind
+    for name in ("SIGINT", "SIGTERM", "SIGHUP"):  # by an exception, so that the copy of the store is removed
         number = getattr(signal, name, None)
         if number and signal.getsignal(number) in (signal.SIG_DFL, signal.default_int_handler):
             signal.signal(number, _stop)

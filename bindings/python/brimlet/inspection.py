@@ -1,4 +1,4 @@
-"""A look at a store while the library is not running. It reads a copy, and runs nothing that the file holds."""
+"""A look into a store. It reads a copy, and runs no view, trigger, virtual table or expression of the file."""
 
 import sqlite3
 import threading
@@ -12,8 +12,7 @@ from .schema import TABLES, VERSION, Column
 from .snapshot import Snapshot, Unsound
 
 _INDEX = "EventsTimeIndex"  # made with the first event
-_IS_VIRTUAL = "(sql LIKE 'CREATE VIRTUAL%')"
-_IS_OF_SQLITE = "(name LIKE 'sqlite\\_%' ESCAPE '\\')"
+_OF_SQLITE = "sqlite_"  # how the names of SQLite's own tables and indexes begin
 _GENERATED = (2, 3)  # what PRAGMA table_xinfo says of a generated column
 _EXPRESSION = -2  # what PRAGMA index_xinfo says in place of a column
 _SETTINGS = ("trusted_schema = OFF", "query_only = ON", "cell_size_check = ON", "ignore_check_constraints = ON")
@@ -56,11 +55,11 @@ class Inspection:
     """What there is to say about a file."""
 
     leftOut: List[str]
-    """What lies beside the file and SQLite would play, but cannot be trusted. The file is shown without it."""
+    """Journals that cannot be trusted, with the reason. The file is shown as it is without them."""
     missing: List[str]
-    """What the library needs and does not find. It would replace the file at launch."""
+    """What the library needs and the file lacks. A launch would replace the file."""
     different: List[str]
-    """How the schema differs otherwise. The library takes that as it is."""
+    """What else the schema has or types differently. The library accepts it."""
     pages: List[str]
     """What SQLite's check of the pages complains about."""
     tables: List[TableSize]
@@ -75,10 +74,10 @@ class Inspection:
 
 
 def inspect(copy: Snapshot, timeout: float) -> Inspection:
-    """Looks at a copy of a file. Raises Unsound where it is no database, TookTooLong after `timeout` seconds.
+    """Looks at a copy of a file. Raises Unsound if it is no database, TookTooLong after `timeout` seconds.
 
-    A file beside its journal was left in the middle of a change, which SQLite takes back before anything is read: what
-    is found is what the next launch will find.
+    A file with a hot journal was left in the middle of a change. SQLite rolls the copy back before it reads, as it does
+    with the file at the next launch.
     """
     with _reading(copy, timeout) as reader:
         tables = _tables(reader)
@@ -97,8 +96,7 @@ def inspect(copy: Snapshot, timeout: float) -> Inspection:
 
 
 def flaws(copy: Snapshot, timeout: float) -> List[str]:
-    """Why the library should not be launched on a file: what `inspect` says, but for what the library takes as it is.
-    Raises as that does."""
+    """Returns why the library should not be launched on a file, a part of what `inspect` finds. Raises the same."""
     with _reading(copy, timeout) as reader:
         tables = _tables(reader)
         return copy.left_out + _missing(reader, tables) + _pages(reader, tables)
@@ -108,22 +106,15 @@ def flaws(copy: Snapshot, timeout: float) -> List[str]:
 
 
 class _Reader:
-    """A connection that reads tables and runs nothing of the file's own: no view, no trigger, no virtual table. Where
-    the file could make SQLite read for ever, it stops."""
+    """A connection whose statements end in time. They read ordinary tables only, see `_tables`."""
 
     def __init__(self, file: str) -> None:
         self._connection = sqlite3.connect(f"file:{quote(file)}?mode=rw", uri=True)
         self._connection.text_factory = lambda text: text.decode("utf-8", "replace")
         for setting in _SETTINGS:
             self._connection.execute(f"PRAGMA {setting}")
-        self._connection.set_authorizer(self._authorize)
         self._is_done = threading.Event()
         self._is_late = False
-
-    @staticmethod
-    def _authorize(*what: object) -> int:
-        view = what[-1]  # on whose behalf something is done
-        return sqlite3.SQLITE_OK if view is None else sqlite3.SQLITE_DENY
 
     def rows(self, statement: str) -> Iterator[Tuple[Any, ...]]:
         """What a statement finds, row by row."""
@@ -147,7 +138,7 @@ class _Reader:
             self._connection.close()
 
     def _interrupt_after(self, timeout: float) -> None:
-        pause = timeout
+        pause = min(timeout, threading.TIMEOUT_MAX)
         while not self._is_done.wait(pause):
             self._is_late = True
             self._connection.interrupt()
@@ -161,7 +152,7 @@ def _reading(copy: Snapshot, timeout: float) -> Iterator[_Reader]:
         with reader.limited(timeout):
             yield reader
     except TookTooLong:
-        raise TookTooLong(f"{copy.file.name} is not read in {timeout:g} seconds; --timeout gives it longer") from None
+        raise TookTooLong(f"the check takes longer than {timeout:g} seconds; --timeout allows more") from None
     except sqlite3.Error as failure:
         raise Unsound(str(failure)) from None
 
@@ -183,10 +174,10 @@ class _Table:
 
 
 def _tables(reader: _Reader) -> Dict[str, _Table]:
-    """The ordinary tables. A name that stands twice in the schema is nobody's."""
+    """The ordinary tables: not virtual, and with a name that no view has as well in a forged schema."""
     names = reader.rows(
         "SELECT name FROM sqlite_master WHERE type <> 'trigger' GROUP BY name COLLATE NOCASE "
-        f"HAVING count(*) = 1 AND type = 'table' AND NOT {_IS_VIRTUAL} AND NOT {_IS_OF_SQLITE} ORDER BY rowid"
+        "HAVING count(*) = 1 AND type = 'table' AND sql LIKE 'CREATE TABLE %' ORDER BY rowid"
     )
     return {name: _table(reader, name) for name, in names}
 
@@ -219,7 +210,8 @@ def _different(tables: Dict[str, _Table]) -> List[str]:
         for column in columns:
             other = found.pop(column.name, column)
             if other.type != column.type:
-                differences.append(f"column {name}.{column.name} is {other.type or 'without a type'}, not {column.type}")
+                found_type = other.type or "without a type"
+                differences.append(f"column {name}.{column.name} is {found_type}, not {column.type}")
             elif other.is_key != column.is_key:
                 differences.append(f"column {name}.{column.name} is {'' if other.is_key else 'not '}part of the key")
         differences += [f"column {name}.{column} is unknown" for column in found]
@@ -227,28 +219,25 @@ def _different(tables: Dict[str, _Table]) -> List[str]:
 
 
 def _unknown(reader: _Reader) -> List[str]:
-    rows = reader.rows(
-        f"SELECT CASE WHEN {_IS_VIRTUAL} THEN 'virtual table' ELSE type END, name FROM sqlite_master "
-        f"WHERE NOT {_IS_OF_SQLITE}"
-    )
     expected = {("index", _INDEX), *(("table", table) for table in TABLES)}
-    return [f"{kind} {name} is unknown" for kind, name in rows if (kind, name) not in expected]
+    found = [row for row in reader.rows("SELECT type, name FROM sqlite_master") if not row[1].startswith(_OF_SQLITE)]
+    return [f"{kind} {name} is unknown" for kind, name in found if (kind, name) not in expected]
 
 
 def _version_differences(reader: _Reader) -> List[str]:
     for version, in reader.rows("SELECT VersionNumber FROM Version WHERE VersionId = 0"):
-        return [] if version == VERSION else [f"the version is {version}, not {VERSION}"]
+        return [] if version == VERSION else [f"the version is {str(version):.40}, not {VERSION}"]
     return ["the version is missing"]
 
 
 def _pages(reader: _Reader, tables: Dict[str, _Table]) -> List[str]:
-    """The full check computes what the schema says is computed, so it is left out where that could be anything."""
-    virtual = reader.rows(f"SELECT name FROM sqlite_master WHERE {_IS_VIRTUAL}")
-    computed = [f"virtual table {name}" for name, in virtual] + [
-        f"generated column {name}.{column}" for name, table in tables.items() for column in table.generated
+    """The full check evaluates generated columns and expressions of indexes, which may take forever."""
+    names = reader.rows("SELECT name FROM sqlite_master WHERE type = 'table'")
+    hazards = [f"{name} is not an ordinary table" for name, in names if name not in tables] + [
+        f"column {name}.{column} is generated" for name, table in tables.items() for column in table.generated
     ]
-    if computed:
-        return [f"not checked, since that would run {computed[0]}"]
+    if hazards:
+        return [f"not checked, since {hazards[0]}"]
     check = "quick_check" if any(_computes_index(reader, table) for table in tables) else "integrity_check"
     complaints = []
     try:
@@ -270,6 +259,8 @@ def _computes_index(reader: _Reader, table: str) -> bool:
 def _sizes(reader: _Reader, tables: Dict[str, _Table]) -> Iterator[TableSize]:
     sizes = _bytes(reader)
     for table in tables:
+        if table.startswith(_OF_SQLITE):
+            continue
         try:
             for rows, in reader.rows(f"SELECT count(*) FROM {_quoted(table)}"):
                 yield TableSize(table, rows, sizes.get(table))

@@ -1,8 +1,8 @@
 """A copy of a store, in an empty temporary folder.
 
-Whoever only looks at a store looks at such a copy. SQLite is no harmless reader: it plays a journal and removes it, it
-deletes the super-journal that a journal names, it leaves files of its own beside a store in WAL mode, and its locks can
-cost another process a write.
+A command that only reads uses such a copy, since SQLite does not leave what it reads alone: it rolls a hot journal back
+and removes it, it deletes the super-journal that a journal names, it creates files beside a store in WAL mode, and its
+locks can cost another process a write. A launch of the library even replaces a store that is locked for too long.
 """
 
 import os
@@ -18,8 +18,8 @@ from typing import BinaryIO, Iterator, List, Optional, Tuple
 from .codes import Error
 from .kept import SUFFIXES
 
-_SIDECARS = SUFFIXES[1:]  # what lies beside a store and SQLite plays
-_MAGIC = bytes.fromhex("d9d505f920a163d7")  # begins a segment of a journal, and ends a journal that names a super-journal
+_SIDECARS = SUFFIXES[1:]  # what SQLite applies to the file beside it
+_MAGIC = bytes.fromhex("d9d505f920a163d7")  # at the start of a journal's segments, and behind a super-journal's name
 _HEADER_LENGTH = 100  # the header of the file holds a counter of its changes
 _ATTEMPTS = 10
 _PAUSE = 0.05
@@ -44,7 +44,7 @@ class Missing(Unsound):
 
 
 class Busy(Error):
-    """Another process uses the store, and does not leave it alone for long enough."""
+    """Another process is using the store."""
 
 
 @dataclass(frozen=True)
@@ -53,15 +53,15 @@ class Snapshot:
 
     file: Path
     left_out: List[str]
-    """What lies beside the store and is not copied, each with the reason."""
+    """The journals that are not copied, each with the reason."""
 
 
 @contextmanager
 def snapshot(file: Path) -> Iterator[Snapshot]:
     """Copies a store with its journal and its WAL. The copy is gone at the end of the block.
 
-    Takes no lock and waits for nobody. A store that changes meanwhile is copied again. Raises Unsound where there is
-    no regular file, Busy where the store does not hold still.
+    Takes no lock and waits for nobody. A store that changes meanwhile is copied again. Raises Unsound if there is
+    no regular file, Busy if the store keeps changing.
     """
     source = _store(file)
     for _ in range(_ATTEMPTS):
@@ -71,7 +71,7 @@ def snapshot(file: Path) -> Iterator[Snapshot]:
                 yield copy
                 return
         time.sleep(_PAUSE)
-    raise Busy(f"another process changes {file} all the time; try again later")
+    raise Busy(f"another process keeps changing {file}; try again later")
 
 
 def _store(file: Path) -> Path:
@@ -105,7 +105,7 @@ def _kind(path: Path) -> Optional[str]:
 
 
 def _unchanged_copy(source: Path, target: Path) -> Optional[Snapshot]:
-    """A copy, or None where the store changed meanwhile."""
+    """A copy, or None if the store changed meanwhile."""
     try:
         before = _state(source)
         reasons = {suffix: reason for suffix in _SIDECARS for reason in _objections(beside(source, suffix), suffix)}
@@ -129,16 +129,16 @@ def _objections(sidecar: Path, suffix: str) -> Iterator[str]:
 
 
 def _names_super_journal(journal: Path) -> bool:
-    """SQLite looks for the name at the very end of a journal, however many segments lie before, and nowhere else."""
+    """SQLite looks for the name at the very end of a journal, after all segments, and nowhere else."""
     with _open(journal) as content:
-        is_over = content.read(1) in (b"", b"\0")  # SQLite does not play it
+        is_over = content.read(1) in (b"", b"\0")  # SQLite ignores it
         end = content.seek(0, os.SEEK_END)
         content.seek(max(0, end - len(_MAGIC)))
         return not is_over and content.read() == _MAGIC
 
 
 def _open(path: Path) -> BinaryIO:
-    """Opens a regular file for reading, without waiting where a FIFO has just come into its place."""
+    """Opens a regular file for reading. Does not wait if a FIFO has just taken its place."""
     content = os.fdopen(os.open(path, _FLAGS), "rb")
     if not stat.S_ISREG(os.fstat(content.fileno()).st_mode):
         content.close()
@@ -147,7 +147,7 @@ def _open(path: Path) -> BinaryIO:
 
 
 def _state(source: Path) -> Tuple[object, ...]:
-    """What no transaction leaves as it was."""
+    """What every transaction changes."""
     state: List[object] = []
     for path in (beside(source, suffix) for suffix in SUFFIXES):
         status = path.lstat() if _kind(path) else None

@@ -1,5 +1,4 @@
-"""The store of a folder, for a command that uses it: found sound before anything else, read through a copy, put aside
-rather than removed."""
+"""The store of a folder, as a command uses it: checked first, read through a copy, renamed rather than removed."""
 
 import os
 import sqlite3
@@ -15,7 +14,8 @@ from .snapshot import Busy, Snapshot, Unsound, beside, snapshot
 
 @contextmanager
 def sound_copy(file: Path, timeout: float) -> Iterator[Snapshot]:
-    """A copy on which the library can be launched. Raises Unsound where it would replace the file or find it broken."""
+    """A copy on which the library can be launched. Raises Unsound if the launch would replace the file, or
+    if its pages are damaged."""
     with snapshot(file) as copy:
         found = flaws(copy, timeout)
         if found:
@@ -24,13 +24,13 @@ def sound_copy(file: Path, timeout: float) -> Iterator[Snapshot]:
 
 
 def require_idle(file: Path) -> None:
-    """Raises Busy where another process has the file locked: a launch would take it for broken, and replace it."""
+    """Raises Busy if another process has locked the file. A launch that cannot read it replaces it."""
     connection = sqlite3.connect(f"file:{quote(str(file.absolute()))}?mode=rw", uri=True, isolation_level=None)
     try:
         connection.execute("BEGIN IMMEDIATE")
         connection.execute("ROLLBACK")
     except sqlite3.OperationalError as failure:
-        raise Busy(f"{file} cannot be written: {failure}; try again when no other process uses it") from None
+        raise Busy(f"{file} cannot be written: {failure}; try again when no other process is using it") from None
     finally:
         connection.close()
 
