@@ -15,9 +15,9 @@ struct FlatForm<Locale>
 {
     using Flat = FlatLocale;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &Locale::id),
-        carries(&Flat::iso, &Locale::iso),
-        carries(&Flat::description, &Locale::description));
+        flatField(&Flat::id, &Locale::id),
+        flatField(&Flat::iso, &Locale::iso),
+        flatField(&Flat::description, &Locale::description));
 };
 
 template<>
@@ -25,10 +25,10 @@ struct FlatForm<Domain>
 {
     using Flat = FlatDomain;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &Domain::id),
-        carries(&Flat::name, &Domain::name),
-        carries(&Flat::orgId, &Domain::orgId),
-        carriesRecord(&Flat::locale, &Domain::locale));
+        flatField(&Flat::id, &Domain::id),
+        flatField(&Flat::name, &Domain::name),
+        flatField(&Flat::orgId, &Domain::orgId),
+        flatNested(&Flat::locale, &Domain::locale));
 };
 
 template<>
@@ -36,16 +36,16 @@ struct FlatForm<User>
 {
     using Flat = FlatUser;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &User::id),
-        carries(&Flat::name, &User::name),
-        carries(&Flat::login, &User::login),
-        carries(&Flat::contacts, &User::contacts),
-        carries(&Flat::isActive, &User::isActive),
-        carries(&Flat::domainId, &User::domainId),
-        carries(&Flat::roles, &User::roles),
-        carries(&Flat::phone, &User::phone),
-        carriesRecord(&Flat::domain, &User::domain),
-        carries(&Flat::orgId, &User::orgId));
+        flatField(&Flat::id, &User::id),
+        flatField(&Flat::name, &User::name),
+        flatField(&Flat::login, &User::login),
+        flatField(&Flat::contacts, &User::contacts),
+        flatField(&Flat::isActive, &User::isActive),
+        flatField(&Flat::domainId, &User::domainId),
+        flatField(&Flat::roles, &User::roles),
+        flatField(&Flat::phone, &User::phone),
+        flatNested(&Flat::domain, &User::domain),
+        flatField(&Flat::orgId, &User::orgId));
 };
 
 template<>
@@ -53,11 +53,11 @@ struct FlatForm<Person>
 {
     using Flat = FlatPerson;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &Person::id),
-        carries(&Flat::name, &Person::name),
-        carries(&Flat::phone, &Person::phone),
-        carries(&Flat::email, &Person::email),
-        carries(&Flat::postal, &Person::postal));
+        flatField(&Flat::id, &Person::id),
+        flatField(&Flat::name, &Person::name),
+        flatField(&Flat::phone, &Person::phone),
+        flatField(&Flat::email, &Person::email),
+        flatField(&Flat::postal, &Person::postal));
 };
 
 template<>
@@ -65,15 +65,15 @@ struct FlatForm<Organization>
 {
     using Flat = FlatOrganization;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &Organization::id),
-        carries(&Flat::inn, &Organization::inn),
-        carries(&Flat::officialName, &Organization::officialName),
-        carries(&Flat::shortName, &Organization::shortName),
-        carries(&Flat::kpp, &Organization::kpp),
-        carries(&Flat::ogrn, &Organization::ogrn),
-        carries(&Flat::address, &Organization::address),
-        carriesRecord(&Flat::contact, &Organization::contact),
-        carriesRecord(&Flat::locale, &Organization::locale));
+        flatField(&Flat::id, &Organization::id),
+        flatField(&Flat::inn, &Organization::inn),
+        flatField(&Flat::officialName, &Organization::officialName),
+        flatField(&Flat::shortName, &Organization::shortName),
+        flatField(&Flat::kpp, &Organization::kpp),
+        flatField(&Flat::ogrn, &Organization::ogrn),
+        flatField(&Flat::address, &Organization::address),
+        flatNested(&Flat::contact, &Organization::contact),
+        flatNested(&Flat::locale, &Organization::locale));
 };
 
 template<>
@@ -81,13 +81,13 @@ struct FlatForm<Contractor>
 {
     using Flat = FlatContractor;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &Contractor::id),
-        carries(&Flat::inn, &Contractor::inn),
-        carries(&Flat::orgId, &Contractor::orgId),
-        carries(&Flat::type, &Contractor::type),
-        carries(&Flat::officialName, &Contractor::officialName),
-        carries(&Flat::name, &Contractor::name),
-        carries(&Flat::extra, &Contractor::extra));
+        flatField(&Flat::id, &Contractor::id),
+        flatField(&Flat::inn, &Contractor::inn),
+        flatField(&Flat::orgId, &Contractor::orgId),
+        flatField(&Flat::type, &Contractor::type),
+        flatField(&Flat::officialName, &Contractor::officialName),
+        flatField(&Flat::name, &Contractor::name),
+        flatField(&Flat::extra, &Contractor::extra));
 };
 
 template<>
@@ -95,15 +95,15 @@ struct FlatForm<Contract>
 {
     using Flat = FlatContract;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &Contract::id),
-        carries(&Flat::number, &Contract::number),
-        carriesRecord(&Flat::contractor, &Contract::contractor),
-        carries(&Flat::name, &Contract::name),
-        carries(&Flat::status, &Contract::status),
-        carries(&Flat::date, &Contract::date),
-        carries(&Flat::description, &Contract::description),
-        carries(&Flat::extra, &Contract::extra),
-        carriesRecord(&Flat::user, &Contract::user));
+        flatField(&Flat::id, &Contract::id),
+        flatField(&Flat::number, &Contract::number),
+        flatNested(&Flat::contractor, &Contract::contractor),
+        flatField(&Flat::name, &Contract::name),
+        flatField(&Flat::status, &Contract::status),
+        flatField(&Flat::date, &Contract::date),
+        flatField(&Flat::description, &Contract::description),
+        flatField(&Flat::extra, &Contract::extra),
+        flatNested(&Flat::user, &Contract::user));
 };
 
 // clang-format on

@@ -13,17 +13,17 @@ struct FlatForm<Zone>
 {
     using Flat = FlatZone;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &Zone::id),
-        carries(&Flat::name, &Zone::name),
-        carries(&Flat::detector, &Zone::detector),
-        carries(&Flat::physic, &Zone::physic),
-        carries(&Flat::form, &Zone::form),
-        carries(&Flat::flags, &Zone::flags),
-        carries(&Flat::delay, &Zone::delay),
-        carries(&Flat::scheduleId, &Zone::scheduleId),
-        carries(&Flat::tracert, &Zone::tracert),
-        carries(&Flat::uidType, &Zone::uidType),
-        carries(&Flat::arm, &Zone::arm));
+        flatField(&Flat::id, &Zone::id),
+        flatField(&Flat::name, &Zone::name),
+        flatField(&Flat::detector, &Zone::detector),
+        flatField(&Flat::physic, &Zone::physic),
+        flatField(&Flat::form, &Zone::form),
+        flatField(&Flat::flags, &Zone::flags),
+        flatField(&Flat::delay, &Zone::delay),
+        flatField(&Flat::scheduleId, &Zone::scheduleId),
+        flatField(&Flat::tracert, &Zone::tracert),
+        flatField(&Flat::uidType, &Zone::uidType),
+        flatField(&Flat::arm, &Zone::arm));
 };
 
 template<>
@@ -31,18 +31,18 @@ struct FlatForm<Section>
 {
     using Flat = FlatSection;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &Section::id),
-        carries(&Flat::name, &Section::name),
-        carries(&Flat::scheduleId, &Section::scheduleId),
-        carriesList(&Flat::zones, &Flat::zonesCount, &Section::zones),
-        carries(&Flat::tracert, &Section::tracert),
-        carries(&Flat::flags, &Section::flags),
-        carries(&Flat::detector, &Section::detector),
-        carries(&Flat::arm, &Section::arm),
-        carries(&Flat::physic, &Section::physic),
-        carries(&Flat::form, &Section::form),
-        carries(&Flat::delay, &Section::delay),
-        carries(&Flat::uidType, &Section::uidType));
+        flatField(&Flat::id, &Section::id),
+        flatField(&Flat::name, &Section::name),
+        flatField(&Flat::scheduleId, &Section::scheduleId),
+        flatList(&Flat::zones, &Flat::zonesCount, &Section::zones),
+        flatField(&Flat::tracert, &Section::tracert),
+        flatField(&Flat::flags, &Section::flags),
+        flatField(&Flat::detector, &Section::detector),
+        flatField(&Flat::arm, &Section::arm),
+        flatField(&Flat::physic, &Section::physic),
+        flatField(&Flat::form, &Section::form),
+        flatField(&Flat::delay, &Section::delay),
+        flatField(&Flat::uidType, &Section::uidType));
 };
 
 template<>
@@ -50,11 +50,11 @@ struct FlatForm<DeviceUser>
 {
     using Flat = FlatDeviceUser;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &DeviceUser::id),
-        carries(&Flat::name, &DeviceUser::name),
-        carries(&Flat::comment, &DeviceUser::comment),
-        carries(&Flat::phone, &DeviceUser::phone),
-        carriesNumbers(&Flat::sections, &Flat::sectionsCount, &DeviceUser::sections));
+        flatField(&Flat::id, &DeviceUser::id),
+        flatField(&Flat::name, &DeviceUser::name),
+        flatField(&Flat::comment, &DeviceUser::comment),
+        flatField(&Flat::phone, &DeviceUser::phone),
+        flatNumbers(&Flat::sections, &Flat::sectionsCount, &DeviceUser::sections));
 };
 
 template<>
@@ -62,15 +62,15 @@ struct FlatForm<Device>
 {
     using Flat = FlatDevice;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &Device::id),
-        carries(&Flat::account, &Device::account),
-        carriesRecord(&Flat::domain, &Device::domain),
-        carries(&Flat::configVersion, &Device::configVersion),
-        carriesList(&Flat::sections, &Flat::sectionsCount, &Device::sections),
-        carriesList(&Flat::users, &Flat::usersCount, &Device::users),
-        carries(&Flat::isParted, &Device::isParted),
-        carries(&Flat::clusterId, &Device::clusterId),
-        carries(&Flat::domainId, &Device::domainId));
+        flatField(&Flat::id, &Device::id),
+        flatField(&Flat::account, &Device::account),
+        flatNested(&Flat::domain, &Device::domain),
+        flatField(&Flat::configVersion, &Device::configVersion),
+        flatList(&Flat::sections, &Flat::sectionsCount, &Device::sections),
+        flatList(&Flat::users, &Flat::usersCount, &Device::users),
+        flatField(&Flat::isParted, &Device::isParted),
+        flatField(&Flat::clusterId, &Device::clusterId),
+        flatField(&Flat::domainId, &Device::domainId));
 };
 
 template<>
@@ -78,9 +78,9 @@ struct FlatForm<Location>
 {
     using Flat = FlatLocation;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &Location::id),
-        carries(&Flat::latitude, &Location::latitude),
-        carries(&Flat::longitude, &Location::longitude));
+        flatField(&Flat::id, &Location::id),
+        flatField(&Flat::latitude, &Location::latitude),
+        flatField(&Flat::longitude, &Location::longitude));
 };
 
 template<>
@@ -88,24 +88,24 @@ struct FlatForm<Site>
 {
     using Flat = FlatSite;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &Site::id),
-        carries(&Flat::name, &Site::name),
-        carries(&Flat::comment, &Site::comment),
-        carries(&Flat::extra, &Site::extra),
-        carries(&Flat::isCrossing, &Site::isCrossing),
-        carriesRecord(&Flat::domain, &Site::domain),
-        carries(&Flat::address, &Site::address),
-        carriesRecord(&Flat::contract, &Site::contract),
-        carries(&Flat::contractStatus, &Site::contractStatus),
-        carries(&Flat::type, &Site::type),
-        carries(&Flat::category, &Site::category),
-        carries(&Flat::armMode, &Site::armMode),
-        carries(&Flat::isDelegated, &Site::isDelegated),
-        carriesList(&Flat::devices, &Flat::deviceCount, &Site::devices),
-        carries(&Flat::domainId, &Site::domainId),
-        carriesRecord(&Flat::location, &Site::location),
-        carries(&Flat::contractId, &Site::contractId),
-        carries(&Flat::isSitePlanExists, &Site::isSitePlanExists));
+        flatField(&Flat::id, &Site::id),
+        flatField(&Flat::name, &Site::name),
+        flatField(&Flat::comment, &Site::comment),
+        flatField(&Flat::extra, &Site::extra),
+        flatField(&Flat::isCrossing, &Site::isCrossing),
+        flatNested(&Flat::domain, &Site::domain),
+        flatField(&Flat::address, &Site::address),
+        flatNested(&Flat::contract, &Site::contract),
+        flatField(&Flat::contractStatus, &Site::contractStatus),
+        flatField(&Flat::type, &Site::type),
+        flatField(&Flat::category, &Site::category),
+        flatField(&Flat::armMode, &Site::armMode),
+        flatField(&Flat::isDelegated, &Site::isDelegated),
+        flatList(&Flat::devices, &Flat::deviceCount, &Site::devices),
+        flatField(&Flat::domainId, &Site::domainId),
+        flatNested(&Flat::location, &Site::location),
+        flatField(&Flat::contractId, &Site::contractId),
+        flatField(&Flat::isSitePlanExists, &Site::isSitePlanExists));
 };
 
 // clang-format on

@@ -10,13 +10,13 @@ uint32_t addEvent(FlatEvent **event, const uint16_t *json, uint32_t length)
 
 uint32_t addEvents(FlatEvent **events, uint32_t *count, const uint16_t *json, uint32_t length)
 {
-    // No guard, on purpose: what the target holds is overwritten.
+    // Intentionally no check of the target: the pointer that it holds is overwritten.
     std::vector<Event> records;
     if (const BrimletResult refused = readBatch(documentText(json, length), records, fillEvent))
         return refused;
     if (const BrimletResult failed = g_controller->addEvents(records))
         return failed;
-    return putOut(events, count, std::move(records));
+    return exportRecords(events, count, std::move(records));
 }
 
 uint32_t getEvents(FlatEvent **events, uint32_t *count, uint32_t from, uint32_t to)
@@ -31,14 +31,14 @@ uint32_t getAffectEvents(FlatEvent **events, uint32_t *count)
 
 uint32_t removeAffectFlag(FlatEvent **event, const uint16_t *json, uint32_t length)
 {
-    // No guard, on purpose: a block that the target holds is released on success.
+    // Intentionally no check of the target: a block that it holds is freed on success.
     quint32 id = 0;
     if (const BrimletResult refused = readBareId(documentText(json, length), EventsTable().id.fieldKeys.third, id))
         return refused;
     std::optional<Event> record;
     if (const BrimletResult failed = g_controller->removeAffectFlag(record, id))
         return failed;
-    return putOut(event, record);
+    return exportRecord(event, record);
 }
 
 uint32_t clearEventsBeforeDateExceptAffects(uint32_t date)

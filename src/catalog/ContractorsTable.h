@@ -37,7 +37,7 @@ inline constexpr auto selectOrder = // also that of documents
 
 } // namespace ContractorFields
 
-// Where a result holds a contractor.
+// The columns of a result that hold a contractor.
 struct ContractorColumns : RowPart<ContractorFields::selectOrder>
 {
     ContractorColumns(const TableCatalog &tables, ResultColumns &columns);

@@ -43,7 +43,7 @@ inline constexpr auto searchOrder = // the user cannot be searched for
 
 } // namespace ContractFields
 
-// Where a result holds a contract with its contractor and its user.
+// The columns of a result that hold a contract with its contractor and its user.
 struct ContractColumns : RowPart<ContractFields::selectOrder>
 {
     ContractColumns(const TableCatalog &tables, ResultColumns &columns);

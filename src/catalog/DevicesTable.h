@@ -36,7 +36,8 @@ inline constexpr auto searchOrder = // kept on purpose: the cluster cannot be se
 
 } // namespace DeviceFields
 
-// Where a result holds a device with its domain. Sections and users are read on their own.
+// The columns of a result that hold a device with its domain. Separate queries read its sections and
+// users.
 struct DeviceColumns : RowPart<DeviceFields::selectOrder>
 {
     DeviceColumns(const TableCatalog &tables, ResultColumns &columns);

@@ -27,7 +27,7 @@ inline constexpr auto selectOrder = inOrder(id, name, orgId);        // the loca
 
 } // namespace DomainFields
 
-// Where a result holds a domain with its locale.
+// The columns of a result that hold a domain with its locale.
 struct DomainColumns : RowPart<DomainFields::selectOrder>
 {
     DomainColumns(const TableCatalog &tables, ResultColumns &columns);

@@ -1,6 +1,5 @@
-// A field of a record, paired once with the descriptor entry that names its column and its JSON key. Lists of such
-// pairs, in the orders that the statements, the documents and the key maps ask for, are what the generic parts of the
-// catalog and of the readers walk.
+// A field of a record, paired once with the descriptor entry that names its column and its JSON key. Statements,
+// document readers and searches iterate over lists of such pairs.
 #pragma once
 
 #include "catalog/Table.h"
@@ -27,14 +26,14 @@ struct Field
     const char *type;      // the column is declared as this
     Read read;
 
-    // For the fields that depart from their type's rule.
+    // For the fields that depart from the default of their type.
     constexpr Field absentAs(QVariant::Type other) const { return {member, desc, other, type, read}; }
     constexpr Field declaredAs(const char *other) const { return {member, desc, absent, other, read}; }
     constexpr Field readBy(Read other) const { return {member, desc, absent, type, other}; }
 
     const QString &column(const Table &table) const
     {
-        if constexpr (std::is_same_v<Desc, QString>) // a column that no document names
+        if constexpr (std::is_same_v<Desc, QString>) // a column without a JSON key
             return table.*desc;
         else
             return (table.*desc).column;
@@ -80,7 +79,7 @@ void forEachField(const List &fields, const Visit &visit)
     std::apply([&](const auto &...field) { (visit(field), ...); }, fields);
 }
 
-// Whether all visits gave true; the first false ends the walk.
+// Whether all visits return true; stops at the first that returns false.
 template<class List, class Visit>
 bool allFields(const List &fields, const Visit &visit)
 {

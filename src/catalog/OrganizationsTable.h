@@ -10,7 +10,7 @@ struct OrganizationsTable : Table
 {
     OrganizationsTable() : Table("Organizations") {}
 
-    IdFieldDesc id = idField("Id", "org_id", "org_id", "org_id"); // the one entity that is not keyed "id"
+    IdFieldDesc id = idField("Id", "org_id", "org_id", "org_id"); // the only entity whose key is not "id"
     FieldDesc inn = field("Inn", "inn");
     FieldDesc officialName = field("OfficialName", "off_name");
     FieldDesc shortName = field("ShortName", "short_name");
@@ -18,7 +18,7 @@ struct OrganizationsTable : Table
     FieldDesc ogrn = field("Ogrn", "ogrn");
     FieldDesc localeId = field("LocaleId", "locale_id");
     FieldDesc address = field("Address", "address_text");
-    IdFieldDesc contactId = idField("ContactId", "", "", "contact"); // the id inside the object "contact"
+    IdFieldDesc contactId = idField("ContactId", "", "", "contact"); // the id in the object "contact"
 };
 
 namespace OrganizationFields {
@@ -44,7 +44,7 @@ inline constexpr auto searchOrder = // the contact cannot be searched for
 
 } // namespace OrganizationFields
 
-// Where a result holds an organization with its locale and its contact person.
+// The columns of a result that hold an organization with its locale and its contact person.
 struct OrganizationColumns : RowPart<OrganizationFields::selectOrder>
 {
     OrganizationColumns(const TableCatalog &tables, ResultColumns &columns);

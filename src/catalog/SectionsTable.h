@@ -50,7 +50,7 @@ inline constexpr auto searchOrder = // and no other
 
 } // namespace SectionFields
 
-// Where a result holds a section. Its zones are read on their own.
+// The columns of a result that hold a section. A separate query reads its zones.
 struct SectionColumns : RowPart<SectionFields::tableOrder>
 {
     SectionColumns(const TableCatalog &tables, ResultColumns &columns);

@@ -40,7 +40,7 @@ inline constexpr auto upsertOrder = inOrder(id, name, login, contacts, isActive,
 
 } // namespace UserFields
 
-// Where a result holds a user with the domain.
+// The columns of a result that hold a user with the domain.
 struct UserColumns : RowPart<UserFields::upsertOrder>
 {
     UserColumns(const TableCatalog &tables, ResultColumns &columns);

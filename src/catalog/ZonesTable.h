@@ -50,7 +50,7 @@ inline constexpr auto searchOrder = // a section can be searched for by "arm", a
 
 } // namespace ZoneFields
 
-// Where a result holds a zone.
+// The columns of a result that hold a zone.
 struct ZoneColumns : RowPart<ZoneFields::tableOrder>
 {
     ZoneColumns(const TableCatalog &tables, ResultColumns &columns);
