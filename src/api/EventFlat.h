@@ -1,4 +1,3 @@
-// What the flat record of an event carries.
 #pragma once
 
 #include "api/Flatten.h"
@@ -8,7 +7,6 @@
 namespace brimlet {
 
 // clang-format off
-
 template<>
 struct FlatForm<Event>
 {
@@ -37,7 +35,6 @@ struct FlatForm<Event>
         flatField(&Flat::zoneName, &Event::zoneName),
         flatField(&Flat::domainName, &Event::domainName));
 };
-
 // clang-format on
 
 } // namespace brimlet

@@ -5,14 +5,14 @@ using namespace brimlet;
 
 uint32_t addEvent(FlatEvent **event, const uint16_t *json, uint32_t length)
 {
-    return updateRecord(event, json, length, fillEvent, &Controller::addEvent);
+    return updateRecord(event, json, length, documents::addEvent, &Controller::addEvent);
 }
 
 uint32_t addEvents(FlatEvent **events, uint32_t *count, const uint16_t *json, uint32_t length)
 {
     // Intentionally no check of the target: the pointer that it holds is overwritten.
     std::vector<Event> records;
-    if (const BrimletResult refused = readBatch(documentText(json, length), records, fillEvent))
+    if (const BrimletResult refused = documents::addEvents.read(documentText(json, length), records))
         return refused;
     if (const BrimletResult failed = g_controller->addEvents(records))
         return failed;
@@ -32,11 +32,11 @@ uint32_t getAffectEvents(FlatEvent **events, uint32_t *count)
 uint32_t removeAffectFlag(FlatEvent **event, const uint16_t *json, uint32_t length)
 {
     // Intentionally no check of the target: a block that it holds is freed on success.
-    quint32 id = 0;
-    if (const BrimletResult refused = readBareId(documentText(json, length), EventsTable().id.fieldKeys.third, id))
+    std::array<quint32, 1> ids{};
+    if (const BrimletResult refused = documents::removeAffectFlag.read(documentText(json, length), ids))
         return refused;
     std::optional<Event> record;
-    if (const BrimletResult failed = g_controller->removeAffectFlag(record, id))
+    if (const BrimletResult failed = g_controller->removeAffectFlag(record, ids.front()))
         return failed;
     return exportRecord(event, record);
 }

@@ -2,10 +2,10 @@
 // flat record.
 #pragma once
 
+#include "api/DocumentFunctions.h"
 #include "api/Flatten.h"
 #include "api/Instance.h"
 #include "brimlet/brimlet.h"
-#include "json/Documents.h"
 
 #include <limits>
 
@@ -55,44 +55,41 @@ uint32_t exportRecords(FlatOf<Record> **out, uint32_t *count, std::vector<Record
 // ---- Documents in ----
 
 template<class Record, class Keys>
-uint32_t addRecords(const uint16_t *text, uint32_t length, ObjectReader<Record, Keys> fill,
+uint32_t addRecords(const uint16_t *text, uint32_t length, const BatchDocument<Record, Keys> &document,
                     BrimletResult (Controller::*add)(const std::vector<Record> &))
 {
     std::vector<Record> records;
-    if (const BrimletResult refused = readBatch(documentText(text, length), records, fill))
+    if (const BrimletResult refused = document.read(documentText(text, length), records))
         return refused;
     return (g_controller->*add)(records);
 }
 
 // Reads one record and exports the record that the Controller leaves in its place.
 template<class Record, class Keys, class... Parents>
-uint32_t updateRecord(FlatOf<Record> **out, const QString &text, ObjectReader<Record, Keys> fill,
-                      BrimletResult (Controller::*update)(std::optional<Record> &, Parents...), Parents... parents)
+uint32_t updateRecord(FlatOf<Record> **out, const uint16_t *text, uint32_t length,
+                      const RecordDocument<Record, Keys, sizeof...(Parents)> &document,
+                      BrimletResult (Controller::*update)(std::optional<Record> &, Parents...))
 {
+    if (*out)
+        return BRIMLET_REFUSED;
     std::optional<Record> record;
-    if (const BrimletResult refused = readOneRecord(text, record, fill))
+    std::array<quint32, sizeof...(Parents)> parents{};
+    if (const BrimletResult refused = document.read(documentText(text, length), record, parents))
         return refused;
-    if (const BrimletResult failed = (g_controller->*update)(record, parents...))
+    const auto step = [&](auto... ids) { return (g_controller->*update)(record, ids...); };
+    if (const BrimletResult failed = std::apply(step, parents))
         return failed;
     return exportRecord(out, record);
 }
 
-template<class Record, class Keys>
-uint32_t updateRecord(FlatOf<Record> **out, const uint16_t *text, uint32_t length, ObjectReader<Record, Keys> fill,
-                      BrimletResult (Controller::*update)(std::optional<Record> &))
+template<class Keys>
+uint32_t deleteRecord(const uint16_t *text, uint32_t length, const IdDocument<Keys, 1> &document,
+                      BrimletResult (Controller::*remove)(quint32))
 {
-    if (*out)
-        return BRIMLET_REFUSED;
-    return updateRecord(out, documentText(text, length), fill, update);
-}
-
-inline uint32_t deleteRecord(const uint16_t *text, uint32_t length, const QString &key,
-                             BrimletResult (Controller::*remove)(quint32))
-{
-    quint32 id = 0;
-    if (const BrimletResult refused = readBareId(documentText(text, length), key, id))
+    std::array<quint32, 1> ids{};
+    if (const BrimletResult refused = document.read(documentText(text, length), ids))
         return refused;
-    return (g_controller->*remove)(id);
+    return (g_controller->*remove)(ids.front());
 }
 
 // ---- Records out ----

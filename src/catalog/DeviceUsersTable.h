@@ -26,7 +26,7 @@ inline constexpr auto name = mapped(&DeviceUser::name, &DeviceUsersTable::name);
 inline constexpr auto comment = mapped(&DeviceUser::comment, &DeviceUsersTable::comment);
 inline constexpr auto phone = mapped(&DeviceUser::phone, &DeviceUsersTable::phone);
 
-// Behind the device's key; also that of documents and selects.
+// After the device's key; also that of documents and selects.
 inline constexpr auto tableOrder = inOrder(id, name, comment, phone);
 
 } // namespace DeviceUserFields

@@ -22,8 +22,8 @@ inline constexpr auto name = mapped(&Domain::name, &DomainsTable::name);
 inline constexpr auto orgId = mapped(&Domain::orgId, &DomainsTable::orgId);
 inline constexpr auto locale = mapped(&Domain::locale, &DomainsTable::localeId);
 
-inline constexpr auto tableOrder = inOrder(id, name, orgId, locale); // also that of documents, upserts and searches
-inline constexpr auto selectOrder = inOrder(id, name, orgId);        // the locale comes through its join
+inline constexpr auto tableOrder = inOrder(id, name, orgId, locale); // also that of documents, updates and searches
+inline constexpr auto selectOrder = withoutEmbedded(tableOrder);
 
 } // namespace DomainFields
 

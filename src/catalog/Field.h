@@ -25,11 +25,13 @@ struct Field
     QVariant::Type absent; // an absent value is bound as a null of this type
     const char *type;      // the column is declared as this
     Read read;
+    bool isSearchable = true; // by its key, if its table can be searched at all
 
     // For the fields that depart from the default of their type.
-    constexpr Field absentAs(QVariant::Type other) const { return {member, desc, other, type, read}; }
-    constexpr Field declaredAs(const char *other) const { return {member, desc, absent, other, read}; }
-    constexpr Field readBy(Read other) const { return {member, desc, absent, type, other}; }
+    constexpr Field absentAs(QVariant::Type other) const { return {member, desc, other, type, read, isSearchable}; }
+    constexpr Field declaredAs(const char *other) const { return {member, desc, absent, other, read, isSearchable}; }
+    constexpr Field readBy(Read other) const { return {member, desc, absent, type, other, isSearchable}; }
+    constexpr Field notSearchable() const { return {member, desc, absent, type, read, false}; }
 
     const QString &column(const Table &table) const
     {
@@ -68,6 +70,19 @@ template<class... Fields>
 constexpr std::tuple<Fields...> inOrder(const Fields &...fields)
 {
     return {fields...};
+}
+
+// The fields of a list that a select reads from the table itself: all but embedded records, which come from joins.
+template<class... Fields>
+constexpr auto withoutEmbedded(const std::tuple<Fields...> &fields)
+{
+    const auto own = [](const auto &field) {
+        if constexpr (isRecord<typename std::decay_t<decltype(field)>::Value>)
+            return std::tuple<>();
+        else
+            return std::make_tuple(field);
+    };
+    return std::apply([&](const auto &...field) { return std::tuple_cat(own(field)...); }, fields);
 }
 
 template<class List>

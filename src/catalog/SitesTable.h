@@ -77,19 +77,15 @@ inline constexpr auto category = mapped(&Site::category, &SitesTable::category);
 inline constexpr auto armMode = mapped(&Site::armMode, &SitesTable::armMode);
 inline constexpr auto isDelegated = mapped(&Site::isDelegated, &SitesTable::isDelegated);
 inline constexpr auto isSitePlanExists =
-    mapped(&Site::isSitePlanExists, &SitesTable::isSitePlanExists).readBy(readNonZero);
+    mapped(&Site::isSitePlanExists, &SitesTable::isSitePlanExists).readBy(readNonZero).notSearchable();
 
-inline constexpr auto tableOrder = // also that of documents
+inline constexpr auto tableOrder = // also that of documents and searches
     inOrder(id, name, comment, extra, isCrossing, domainId, address, contractId, contractStatus, type, category,
             armMode, isDelegated, isSitePlanExists);
-inline constexpr auto upsertOrder = // one column twice: by an embedded contract and by a contract's plain id
+inline constexpr auto recordOrder = // that of updates: one column twice, by an embedded contract and by its id alone
     inOrder(id, name, comment, extra, isCrossing, address, contract, contractStatus, type, category, armMode,
             isDelegated, domainId, contractId, isSitePlanExists);
-inline constexpr auto selectOrder = inOrder(id, name, comment, extra, isCrossing, address, contractStatus, type,
-                                            category, armMode, isDelegated, domainId, contractId, isSitePlanExists);
-inline constexpr auto searchOrder = // the plan cannot be searched for
-    inOrder(id, name, comment, extra, isCrossing, domainId, address, contractId, contractStatus, type, category,
-            armMode, isDelegated);
+inline constexpr auto selectOrder = withoutEmbedded(recordOrder);
 
 inline constexpr auto labelOrder =
     inOrder(mapped(&SiteLabel::name, &SitesTable::name), mapped(&SiteLabel::address, &SitesTable::address));

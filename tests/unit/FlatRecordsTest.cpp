@@ -2,8 +2,9 @@
 // released, field by field.
 #include "brimlet/brimlet.h"
 
-#include "api/EquipmentFlat.h"
 #include "api/EventFlat.h"
+#include "api/OrganizationFlat.h"
+#include "api/SiteFlat.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
