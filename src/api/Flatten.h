@@ -1,5 +1,6 @@
 // Fills the flat records that the client owns and releases them. The FlatForm of a record lists its fields: pairs of a
-// flat member and the record's member that it shows, in the order of the flat record, which is also the order of release.
+// flat member and the record's member that it shows, in the order of the flat record, which is also the order of
+// release.
 #pragma once
 
 #include "api/SharedMemory.h"
@@ -34,8 +35,8 @@ void release(T *&block)
 
 // ---- The kinds of fields ----
 
-// Whether a flat member has the type that the record's member requires: the same type if it is always present, otherwise
-// a pointer to UTF-16 code units for a text, or to a cell of the value's size and signedness.
+// Whether a flat member has the type that the record's member requires: the same type if it is always present,
+// otherwise a pointer to UTF-16 code units for a text, or to a cell of the value's size and signedness.
 template<class FlatMember, class Member>
 constexpr bool canHold()
 {

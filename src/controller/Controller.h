@@ -1,5 +1,5 @@
-// The one instance behind the exported functions: it owns the store, launches it, and maps the results of its operations
-// to result codes. A method calls one or two operations of the store and opens no transaction itself.
+// The one instance behind the exported functions: it owns the store, launches it, and maps the results of its
+// operations to result codes. A method calls one or two operations of the store and opens no transaction itself.
 #pragma once
 
 #include "brimlet/ResultCodes.h"

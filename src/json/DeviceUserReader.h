@@ -9,9 +9,8 @@ template<>
 struct DocumentForm<DeviceUser>
 {
     using Keys = DeviceUsersTable;
-    static constexpr auto members =
-        std::tuple_cat(DeviceUserFields::tableOrder,
-                       inOrder(numbersUnder(&DeviceUsersTable::sections, &DeviceUser::sections)));
+    static constexpr auto members = std::tuple_cat(
+        DeviceUserFields::tableOrder, inOrder(numbersUnder(&DeviceUsersTable::sections, &DeviceUser::sections)));
 };
 
 inline bool fillDeviceUser(DeviceUser &user, const QJsonObject &object, const DeviceUsersTable &keys = {})

@@ -14,8 +14,8 @@ template<>
 struct DocumentForm<Organization>
 {
     using Keys = OrganizationKeys;
-    static constexpr auto contact = objectUnder(&OrganizationsTable::contactId, &Organization::contact, fillPerson,
-                                                &OrganizationKeys::person);
+    static constexpr auto contact =
+        objectUnder(&OrganizationsTable::contactId, &Organization::contact, fillPerson, &OrganizationKeys::person);
     static constexpr auto members = std::tuple_cat(OrganizationFields::documentOrder, inOrder(contact));
     static constexpr auto &searches = OrganizationFields::tableOrder;
 };

@@ -14,9 +14,9 @@ template<>
 struct DocumentForm<Section>
 {
     using Keys = SectionKeys;
-    static constexpr auto members = std::tuple_cat(
-        SectionFields::tableOrder,
-        inOrder(arrayUnder(&SectionsTable::zones, &Section::zones, fillZone, &SectionKeys::zone)));
+    static constexpr auto members =
+        std::tuple_cat(SectionFields::tableOrder,
+                       inOrder(arrayUnder(&SectionsTable::zones, &Section::zones, fillZone, &SectionKeys::zone)));
     static constexpr auto &searches = SectionFields::tableOrder;
 };
 

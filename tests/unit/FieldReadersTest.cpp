@@ -782,13 +782,13 @@ TEST(ObjectReadersReadInOrder, Contract)
 
 TEST(ObjectReadersReadInOrder, Zone)
 {
-    expectSteps(fillZone, {step("id", "7", "\"7\"", &Zone::id), step("name", "\"x\"", "1", &Zone::name),
-                           step("detector", "1", "\"1\"", &Zone::detector), step("physic", "1", "\"1\"", &Zone::physic),
-                           step("form", "1", "\"1\"", &Zone::form), step("flags", "1", "\"1\"", &Zone::flags),
-                           step("delay", "1", "\"1\"", &Zone::delay),
-                           step("schedule_id", "1", "\"1\"", &Zone::scheduleId),
-                           step("tracert", "1", "\"1\"", &Zone::tracert),
-                           step("uid_type", "1", "\"1\"", &Zone::uidType), step("arm", "1", "\"1\"", &Zone::arm)});
+    expectSteps(fillZone,
+                {step("id", "7", "\"7\"", &Zone::id), step("name", "\"x\"", "1", &Zone::name),
+                 step("detector", "1", "\"1\"", &Zone::detector), step("physic", "1", "\"1\"", &Zone::physic),
+                 step("form", "1", "\"1\"", &Zone::form), step("flags", "1", "\"1\"", &Zone::flags),
+                 step("delay", "1", "\"1\"", &Zone::delay), step("schedule_id", "1", "\"1\"", &Zone::scheduleId),
+                 step("tracert", "1", "\"1\"", &Zone::tracert), step("uid_type", "1", "\"1\"", &Zone::uidType),
+                 step("arm", "1", "\"1\"", &Zone::arm)});
 }
 
 TEST(ObjectReadersReadInOrder, Section)
