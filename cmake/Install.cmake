@@ -14,8 +14,8 @@ install(TARGETS brimlet EXPORT BrimletTargets
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
     INCLUDES DESTINATION ${header_directory})
 set(public_headers include/brimlet/brimlet.h include/brimlet/FlatRecords.h include/brimlet/ResultCodes.h)
-install(FILES ${public_headers} bindings/cpp/brimlet.hpp
-    DESTINATION ${header_directory} COMPONENT development)
+install(FILES ${public_headers} DESTINATION ${header_directory} COMPONENT development)
+install(DIRECTORY bindings/cpp/ DESTINATION ${header_directory} COMPONENT development)
 
 # find_package(Brimlet)
 install(EXPORT BrimletTargets NAMESPACE Brimlet:: DESTINATION ${package_directory} COMPONENT development)
@@ -55,7 +55,7 @@ endif()
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${documentation_directory} COMPONENT development)
 install(FILES ${public_headers} DESTINATION ${documentation_directory}/include/brimlet COMPONENT development)
 install(FILES src/api/exports.txt DESTINATION ${documentation_directory}/src/api COMPONENT development)
-install(FILES bindings/cpp/brimlet.hpp DESTINATION ${documentation_directory}/bindings/cpp COMPONENT development)
+install(DIRECTORY bindings/cpp DESTINATION ${documentation_directory}/bindings COMPONENT development)
 install(FILES tests/windows/client.cpp DESTINATION ${documentation_directory}/tests/windows COMPONENT development)
 install(DIRECTORY docs DESTINATION ${documentation_directory} COMPONENT development
     FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png")

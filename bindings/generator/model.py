@@ -150,6 +150,18 @@ class Function:
                 inputs.append(Input(Takes.NUMBER, parameter.name, parameter.words))
         return inputs
 
+    @property
+    def outcomes(self) -> List[Result]:
+        """The results for the client of a binding, who passes no out-parameters but receives a value or several."""
+        pointed = r"`\*\w+`"
+        value = "the value" if len(self.outputs) == 1 else r"`\1`"
+        outcomes = []
+        for result in self.results:
+            condition = re.sub(rf"{pointed}(?: or {pointed})* is not null(?:, or )?", "", result.condition)
+            if condition:
+                outcomes.append(Result(result.name, re.sub(r"`\*(\w+)`", value, condition)))
+        return outcomes
+
 
 def _record_of(parameter: Parameter) -> str:
     found = re.fullmatch(r"(Flat\w+) \*+", parameter.type)
@@ -198,6 +210,12 @@ class Field:
     words: str
     place: str
 
+    @property
+    def meaning(self) -> str:
+        """The words for those who read a record, without the key that documents have for the field."""
+        words = re.sub(r' ?\bKey "[^.]*\.', "", self.words)
+        return re.sub(r"No key: (\w)", lambda begin: begin[1].upper(), words)
+
 
 @dataclass(frozen=True)
 class Record:
@@ -227,6 +245,11 @@ class Enumeration:
     name: str
     words: str
     values: List[Value]
+
+    @property
+    def prefix(self) -> str:
+        """What the names of its values begin with."""
+        return os.path.commonprefix([value.name for value in self.values])
 
 
 # ---- All of it ----
