@@ -13,11 +13,8 @@ install(TARGETS brimlet EXPORT BrimletTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
     INCLUDES DESTINATION ${header_directory})
-install(FILES
-    src/api/brimlet.h
-    src/api/FlatRecords.h
-    src/api/ResultCodes.h
-    bindings/cpp/brimlet.hpp
+set(public_headers include/brimlet/brimlet.h include/brimlet/FlatRecords.h include/brimlet/ResultCodes.h)
+install(FILES ${public_headers} bindings/cpp/brimlet.hpp
     DESTINATION ${header_directory} COMPONENT development)
 
 # find_package(Brimlet)
@@ -56,8 +53,8 @@ endif()
 # Documentation with the files that it links to, and the example client with its data, ready to be built on the
 # installed library.
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${documentation_directory} COMPONENT development)
-install(FILES src/api/brimlet.h src/api/FlatRecords.h src/api/ResultCodes.h src/api/exports.txt
-    DESTINATION ${documentation_directory}/src/api COMPONENT development)
+install(FILES ${public_headers} DESTINATION ${documentation_directory}/include/brimlet COMPONENT development)
+install(FILES src/api/exports.txt DESTINATION ${documentation_directory}/src/api COMPONENT development)
 install(FILES bindings/cpp/brimlet.hpp DESTINATION ${documentation_directory}/bindings/cpp COMPONENT development)
 install(FILES tests/windows/client.cpp DESTINATION ${documentation_directory}/tests/windows COMPONENT development)
 install(DIRECTORY docs DESTINATION ${documentation_directory} COMPONENT development

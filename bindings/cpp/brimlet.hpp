@@ -3,7 +3,7 @@
  * Brimlet for C++17, in one header over brimlet.h:
  *
  *     brimlet::Session session("cache");         // launches, and exits at the end of the scope
- *     session.addUsers(R"({"D":{"items":[{"id":7,"name":"Anna"}]}})");
+ *     brimlet::require(session.addUsers(R"({"D":{"items":[{"id":7,"name":"Anna"}]}})"));
  *     if (const auto user = session.getUser(7))  // frees itself
  *         if (user->name())                      // nothing where the user has no name
  *             show(*user->name());               // a view of the record's own text
@@ -20,14 +20,16 @@
 
 #include "brimlet.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
-#include <limits>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -38,9 +40,12 @@
 #include <thread>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #ifdef _WIN32
 #include <objbase.h>
+#else
+#include <unistd.h>
 #endif
 
 /** Brimlet for C++17. */
@@ -48,8 +53,8 @@ namespace brimlet {
 
 // ---- Codes ----
 
-/** What a call answers: BrimletResult as a type of its own. */
-enum class Code : uint32_t {
+/** What a call answers: BrimletResult as a type of its own. A code that is ignored is a warning of the compiler. */
+enum class [[nodiscard]] Code : uint32_t {
     Done = BRIMLET_DONE,                /**< Done. */
     NoBlock = BRIMLET_NO_BLOCK,         /**< A list was read, but no block for it could be had. */
     Incomplete = BRIMLET_INCOMPLETE,    /**< A required member is missing, or a member has a wrong type. */
@@ -154,7 +159,7 @@ constexpr bool isReplaced(LaunchResult result)
         || result == LaunchResult::ReplacedVersion;
 }
 
-/** A value was asked of a call that answered another code than Done. */
+/** A call had to answer Done, and answered another code. */
 class Error : public std::runtime_error
 {
 public:
@@ -170,6 +175,13 @@ public:
 private:
     Code reason;
 };
+
+/** Throws the Error of every code but Done: for a write that has to go through. */
+inline void require(Code code)
+{
+    if (code != Code::Done)
+        throw Error(code);
+}
 
 /** A launch is not finished in the time that it was given. */
 class LaunchTimedOut : public std::runtime_error
@@ -295,6 +307,9 @@ inline std::string utf8(std::u16string_view utf16)
     return text;
 }
 
+/** How many UTF-16 units a text on its way in may have. What brimlet.h would do with more is not defined. */
+constexpr size_t longestText = 700'000'000;
+
 /** A text on its way in, made of UTF-16, which is only looked at, or of UTF-8, which is converted. */
 class TextArgument
 {
@@ -321,12 +336,11 @@ public:
     /** The units, as brimlet.h takes them. */
     const uint16_t *units() const { return reinterpret_cast<const uint16_t *>(text.data()); }
 
-    /** The count of the units. Throws std::length_error for a text that is too long for brimlet.h. */
+    /** The count of the units. Throws std::length_error for a text that is longer than longestText. */
     uint32_t length() const
     {
-        // In parentheses, here and below, since windows.h may define a macro max.
-        if (text.size() > (std::numeric_limits<uint32_t>::max)())
-            throw std::length_error("a text of more than 2^32 - 1 units");
+        if (text.size() > longestText)
+            throw std::length_error("a text of more than " + std::to_string(longestText) + " UTF-16 units");
         return static_cast<uint32_t>(text.size());
     }
 
@@ -962,12 +976,12 @@ public:
     /** The value, else an Error. An answer that is about to end gives its value away, and no views of it. */
     const T &value() const &
     {
-        expectDone();
+        require(answered);
         return held;
     }
     T value() &&
     {
-        expectDone();
+        require(answered);
         return std::move(held);
     }
     const T &operator*() const & { return value(); }
@@ -995,12 +1009,6 @@ private:
     static constexpr bool hasArrow(...)
     {
         return false;
-    }
-
-    void expectDone() const
-    {
-        if (answered != Code::Done)
-            throw Error(answered);
     }
 
     Code answered;
@@ -1032,15 +1040,21 @@ public:
     }
     void disclaim() { isClaimed = false; }
 
-    LaunchResult launch(const std::filesystem::path &directory, std::chrono::milliseconds timeout)
+    // Ends a launch that a session gave up. Behind it nothing of this process works on a file.
+    void makeReady(std::chrono::milliseconds timeout)
     {
         endForgotten(timeout);
-        if (::getState() != BRIMLET_STATE_NONE)
-            throw AlreadyLaunched();
+        if (thread.joinable() || ::getState() != BRIMLET_STATE_NONE)
+            throw AlreadyLaunched(); // by others, or by the process that forked this one
+    }
+
+    LaunchResult launch(const std::filesystem::path &directory, std::chrono::milliseconds timeout)
+    {
         before = std::filesystem::current_path();
         std::filesystem::current_path(directory);
         try {
             hasEnded = false;
+            process = thisProcess();
             thread = std::thread([this] {
                 ::launchCache();
                 hasEnded = true;
@@ -1053,10 +1067,10 @@ public:
         return static_cast<LaunchResult>(::getLaunchCacheResult());
     }
 
-    // Does nothing where the launch has ended with the process already.
+    // Does nothing where the launch has ended with the process already, and in a forked child.
     void exit()
     {
-        if (!thread.joinable())
+        if (!hasThread())
             return;
         ::exitCache();
         thread.join();
@@ -1065,12 +1079,25 @@ public:
 private:
     Host() = default;
 
+    static int thisProcess()
+    {
+#ifdef _WIN32
+        return 0; // no process is forked there
+#else
+        return ::getpid();
+#endif
+    }
+
+    // A forked child has no copy of the thread. It would wait for its end for good, and the file is its parent's.
+    bool hasThread() const { return thread.joinable() && process == thisProcess(); }
+
     // Registered handlers run last in, first out, and the static objects of Qt go in the same order. The library cannot
     // exit without those, so this is to be called when the launch has made them.
     static void endWithProcess()
     {
         std::atexit([] {
             try {
+                // In parentheses, since windows.h may define a macro max.
                 ofProcess().endForgotten((std::chrono::milliseconds::max)());
             } catch (const std::exception &) { // it came back by itself
             }
@@ -1079,7 +1106,7 @@ private:
 
     void endForgotten(std::chrono::milliseconds timeout)
     {
-        if (thread.joinable()) {
+        if (hasThread()) {
             waitUntilRunning(timeout);
             exit();
         }
@@ -1119,6 +1146,7 @@ private:
     std::atomic<bool> isClaimed{false};
     std::atomic<bool> hasEnded{false};
     bool hasRun = false; // some launch has
+    int process = 0;     // the one whose thread it is
     std::thread thread;
     std::filesystem::path before;
 };
@@ -1132,6 +1160,185 @@ public:
     Claim &operator=(const Claim &) = delete;
 };
 
+// Keeps the file that a launch may replace, with its journals. While the launch runs they have second names; where it
+// has replaced the file, these become names with the time, and the newest few stay.
+class DamagedFiles
+{
+public:
+    // With 0 it touches nothing.
+    explicit DamagedFiles(unsigned count) : keptCount(count) {}
+
+    // To be called before a launch. What a launch that nobody saw to its end has left behind is settled first.
+    void hold(const std::filesystem::path &directory)
+    {
+        if (keptCount == 0)
+            return;
+        file = std::filesystem::canonical(directory) / "CacheDb";
+        held = with(file, ".before-launch");
+        isHolding = true;
+        try {
+            settle(false);
+        } catch (const std::filesystem::filesystem_error &error) {
+            isHolding = false;
+            if (!isDenied(error.code()))
+                throw;
+            return;
+        }
+        if (!isHolding && hasContent())
+            link();
+    }
+
+    // To be called after it. Gives the name that a file that was replaced is kept under.
+    std::optional<std::filesystem::path> settle(bool isUsable)
+    {
+        if (!isHolding)
+            return std::nullopt;
+        std::error_code ignored; // there may be no file
+        if (isUsable || !isThere(held) || std::filesystem::equivalent(held, file, ignored)) {
+            drop();
+            return std::nullopt;
+        }
+        const std::filesystem::path kept = freeName();
+        for (const char *part : parts) {
+            std::error_code error;
+            if (isThere(with(held, part)))
+                std::filesystem::rename(with(held, part), with(kept, part), error);
+            if (error)
+                throw notKept(with(held, part), with(kept, part), error);
+        }
+        isHolding = false;
+        removeOlderThan(kept);
+        return kept;
+    }
+
+    // To be called after the exit, since Windows removes no name of an open file.
+    void drop()
+    {
+        if (!isHolding)
+            return;
+        std::error_code ignored; // the next session tries again
+        for (const char *part : parts)
+            if (isThere(with(held, part)))
+                std::filesystem::remove(with(held, part), ignored);
+        isHolding = isThere(held);
+    }
+
+private:
+    // The file last: a journal without its file is one of a launch that did not begin.
+    static constexpr const char *parts[] = {"-journal", "-wal", ""};
+
+    static std::filesystem::path with(std::filesystem::path name, const char *part) { return name += part; }
+
+    static bool isThere(const std::filesystem::path &name)
+    {
+        std::error_code ignored;
+        return std::filesystem::is_regular_file(std::filesystem::symlink_status(name, ignored));
+    }
+
+    static std::filesystem::filesystem_error notKept(const std::filesystem::path &from, const std::filesystem::path &to,
+                                                     const std::error_code &error)
+    {
+        return {"a file that its launch may replace cannot be kept (keepDamaged = 0 launches without)", from, to,
+                error};
+    }
+
+    // In a directory that may not be changed a launch cannot replace the file, so nothing has to be kept.
+    static bool isDenied(const std::error_code &error)
+    {
+        return error == std::errc::permission_denied || error == std::errc::operation_not_permitted
+            || error == std::errc::read_only_file_system;
+    }
+
+    // A launch without recovery leaves an empty file, which must not push out those that hold something.
+    bool hasContent() const
+    {
+        std::error_code ignored;
+        return isThere(file) && std::any_of(std::begin(parts), std::end(parts), [&](const char *part) {
+                   return isThere(with(file, part)) && std::filesystem::file_size(with(file, part), ignored) > 0;
+               });
+    }
+
+    // A link opens no file, so the process loses no lock on it. Not every file system has links.
+    void link()
+    {
+        isHolding = true;
+        for (const char *part : parts) {
+            const std::filesystem::path from = with(file, part);
+            const std::filesystem::path to = with(held, part);
+            std::error_code linkError;
+            std::error_code copyError;
+            if (!isThere(from))
+                continue;
+            std::filesystem::create_hard_link(from, to, linkError);
+            if (!linkError || std::filesystem::copy_file(from, to, copyError))
+                continue;
+            const bool isFolderClosed = isDenied(linkError) && isDenied(copyError) && !std::ofstream(to);
+            drop();
+            if (isFolderClosed)
+                return;
+            throw notKept(from, to, copyError);
+        }
+    }
+
+    std::filesystem::path freeName() const
+    {
+        const auto isFree = [](const std::filesystem::path &name) {
+            return std::none_of(std::begin(parts), std::end(parts), [&](const char *part) {
+                std::error_code ignored;
+                return exists(std::filesystem::symlink_status(with(name, part), ignored));
+            });
+        };
+        auto time = std::chrono::time_point_cast<std::chrono::milliseconds>(std::chrono::system_clock::now());
+        while (!isFree(nameAt(time)))
+            time += std::chrono::milliseconds(1);
+        return nameAt(time);
+    }
+
+    std::filesystem::path
+    nameAt(std::chrono::time_point<std::chrono::system_clock, std::chrono::milliseconds> time) const
+    {
+        const auto milliseconds = time.time_since_epoch().count();
+        const auto seconds = static_cast<std::time_t>(milliseconds / 1000);
+        std::tm utc{};
+#ifdef _WIN32
+        gmtime_s(&utc, &seconds);
+#else
+        gmtime_r(&seconds, &utc);
+#endif
+        char text[sizeof ".damaged-20261122T064500."];
+        std::strftime(text, sizeof text, ".damaged-%Y%m%dT%H%M%S.", &utc);
+        return with(with(file, text), (std::to_string(1000 + milliseconds % 1000).substr(1) + "Z").c_str());
+    }
+
+    static bool isKeptName(const std::filesystem::path &name)
+    {
+        constexpr std::string_view shape = "CacheDb.damaged-00000000T000000.000Z"; // any digit for a 0
+        const auto &text = name.native();
+        return std::equal(shape.begin(), shape.end(), text.begin(), text.end(), [](char expected, auto unit) {
+            return expected == '0' ? unit >= '0' && unit <= '9' : unit == expected;
+        });
+    }
+
+    // The newest one stays whatever the clock said to the others.
+    void removeOlderThan(const std::filesystem::path &newest) const
+    {
+        std::error_code ignored; // what cannot be listed or removed stays
+        std::vector<std::filesystem::path> others;
+        for (const auto &entry : std::filesystem::directory_iterator(file.parent_path(), ignored))
+            if (isKeptName(entry.path().filename()) && isThere(entry.path()) && entry.path() != newest)
+                others.push_back(entry.path());
+        std::sort(others.rbegin(), others.rend()); // the newest first
+        for (size_t i = keptCount - 1; i < others.size(); ++i)
+            for (const char *part : parts)
+                std::filesystem::remove(with(others[i], part), ignored);
+    }
+
+    unsigned keptCount;
+    bool isHolding = false; // there are second names, or may be
+    std::filesystem::path file;
+    std::filesystem::path held;
+};
+
 } // namespace detail
 
 /** How a Session is to launch. */
@@ -1139,13 +1346,15 @@ struct LaunchOptions
 {
     std::chrono::milliseconds timeout{10000}; /**< How long each launch may take. */
     bool recover = true; /**< Whether to launch a second time, without the file, where the first replaced the file. */
+    unsigned keepDamaged = 3; /**< How many files that launches have replaced are kept; 0 keeps none, removes none. */
 };
 
 /** How the launches of a Session went. */
 struct LaunchReport
 {
-    LaunchResult first = LaunchResult::None; /**< The first launch. */
-    std::optional<LaunchResult> second;      /**< The second launch, where recovery took one. */
+    LaunchResult first = LaunchResult::None;   /**< The first launch. */
+    std::optional<LaunchResult> second;        /**< The second launch, where recovery took one. */
+    std::optional<std::filesystem::path> kept; /**< Where the file is that the first launch replaced. */
 
     /** The launch that the session runs on. */
     LaunchResult last() const { return second.value_or(first); }
@@ -1158,11 +1367,14 @@ struct LaunchReport
  * of the whole process while it launches, and goes back as soon as the library runs. Other threads should not depend on
  * the working directory meanwhile.
  *
- * A file that fails its checks is replaced at launch by one that cannot be used. Nothing of it is left then, so a
- * session recovers unless it is told not to: it exits, removes the file and its journal, and launches again. Both
- * results stand in report().
+ * A file that fails its checks is replaced at launch by one that cannot be used. A session keeps what was there, with
+ * its journals, as "CacheDb.damaged-20261122T064500.123Z", the time in UTC; of these the newest few stay. Unless it is
+ * told not to, it then recovers: it exits, removes the file and its journal, and launches again. Both results and the
+ * name stand in report(). Until the launch is over, "CacheDb.before-launch" is a second name of the file. A process
+ * that dies meanwhile leaves it behind; the next session removes it, or keeps it where it is the only one.
  *
- * A session that nobody has destroyed when the process ends, a global one for instance, exits then.
+ * A session that nobody has destroyed when the process ends, a global one for instance, exits then. In a child that is
+ * forked while it lives it must not be used, and neither its destructor nor the end of the process does anything there.
  */
 class Session
 {
@@ -1174,12 +1386,16 @@ public:
      * - LaunchTimedOut where a launch takes too long. It goes on behind the scenes, and the working directory stays
      *   where it is until the next Session, or the end of the process, has waited for it and ended it,
      * - LaunchEnded where launchCache comes back by itself,
-     * - std::filesystem::filesystem_error where the directory cannot be entered, or its file not be removed.
+     * - std::filesystem::filesystem_error where the directory cannot be entered, or its file not be kept or removed.
      */
     explicit Session(const std::filesystem::path &directory = ".", LaunchOptions options = {})
+        : damaged(options.keepDamaged)
     {
         detail::Host &host = detail::Host::ofProcess();
+        host.makeReady(options.timeout);
+        damaged.hold(directory);
         launches.first = host.launch(directory, options.timeout);
+        launches.kept = damaged.settle(isUsable());
         if (options.recover && isReplaced(launches.first)) {
             host.exit();
             std::filesystem::remove(directory / "CacheDb");
@@ -1189,7 +1405,11 @@ public:
     }
 
     /** Exits and waits for the launch thread. No other thread may be in a call. */
-    ~Session() { detail::Host::ofProcess().exit(); }
+    ~Session()
+    {
+        detail::Host::ofProcess().exit();
+        damaged.drop();
+    }
 
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
@@ -1471,6 +1691,7 @@ private:
     }
 
     detail::Claim claim;
+    detail::DamagedFiles damaged;
     LaunchReport launches;
     std::mutex mutex;
 };

@@ -16,7 +16,7 @@ from typing import Dict, Iterator, List, Optional, Tuple
 from xml.etree.ElementTree import Element
 
 ROOT = Path(__file__).resolve().parents[2]
-HEADERS = ROOT / "src" / "api"
+HEADERS = ROOT / "include" / "brimlet"
 
 IRREGULAR = {
     "addEvents": "ignores what its out-parameter points to on entry",

@@ -8,7 +8,7 @@ uint32_t addDevice(const uint16_t *json, uint32_t length)
     std::optional<Device> device;
     if (const BrimletResult refused = readOneRecord(documentText(json, length), device, fillDevice))
         return refused;
-    return g_controller->addDevice(device); // the device as stored stays inside
+    return instance()->addDevice(device); // the device as stored stays inside
 }
 
 uint32_t addDevices(const uint16_t *json, uint32_t length)

@@ -1,8 +1,8 @@
 // What the flat records of the directory carry.
 #pragma once
 
-#include "api/FlatRecords.h"
 #include "api/Flatten.h"
+#include "brimlet/FlatRecords.h"
 #include "records/Contract.h"
 #include "records/Organization.h"
 

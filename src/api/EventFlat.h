@@ -1,8 +1,8 @@
 // What the flat record of an event carries.
 #pragma once
 
-#include "api/FlatRecords.h"
 #include "api/Flatten.h"
+#include "brimlet/FlatRecords.h"
 #include "records/Event.h"
 
 namespace brimlet {

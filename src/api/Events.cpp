@@ -14,7 +14,7 @@ uint32_t addEvents(FlatEvent **events, uint32_t *count, const uint16_t *json, ui
     std::vector<Event> records;
     if (const BrimletResult refused = readBatch(documentText(json, length), records, fillEvent))
         return refused;
-    if (const BrimletResult failed = g_controller->addEvents(records))
+    if (const BrimletResult failed = instance()->addEvents(records))
         return failed;
     return putOut(events, count, std::move(records));
 }
@@ -36,14 +36,14 @@ uint32_t removeAffectFlag(FlatEvent **event, const uint16_t *json, uint32_t leng
     if (const BrimletResult refused = readBareId(documentText(json, length), EventsTable().id.fieldKeys.third, id))
         return refused;
     std::optional<Event> record;
-    if (const BrimletResult failed = g_controller->removeAffectFlag(record, id))
+    if (const BrimletResult failed = instance()->removeAffectFlag(record, id))
         return failed;
     return putOut(event, record);
 }
 
 uint32_t clearEventsBeforeDateExceptAffects(uint32_t date)
 {
-    return g_controller->clearEventsBeforeDateExceptAffects(date);
+    return instance()->clearEventsBeforeDateExceptAffects(date);
 }
 
 uint32_t freeEvent(FlatEvent *event)

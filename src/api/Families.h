@@ -4,7 +4,7 @@
 
 #include "api/Flatten.h"
 #include "api/Instance.h"
-#include "api/brimlet.h"
+#include "brimlet/brimlet.h"
 #include "json/Documents.h"
 
 #include <limits>
@@ -61,7 +61,7 @@ uint32_t addRecords(const uint16_t *text, uint32_t length, ObjectReader<Record, 
     std::vector<Record> records;
     if (const BrimletResult refused = readBatch(documentText(text, length), records, fill))
         return refused;
-    return (g_controller->*add)(records);
+    return (instance()->*add)(records);
 }
 
 // Reads one record and gives what the step leaves in its place, for keys that stand beside it.
@@ -72,7 +72,7 @@ uint32_t updateRecord(FlatOf<Record> **out, const QString &text, ObjectReader<Re
     std::optional<Record> record;
     if (const BrimletResult refused = readOneRecord(text, record, fill))
         return refused;
-    if (const BrimletResult failed = (g_controller->*update)(record, parents...))
+    if (const BrimletResult failed = (instance()->*update)(record, parents...))
         return failed;
     return putOut(out, record);
 }
@@ -92,7 +92,7 @@ inline uint32_t deleteRecord(const uint16_t *text, uint32_t length, const QStrin
     quint32 id = 0;
     if (const BrimletResult refused = readBareId(documentText(text, length), key, id))
         return refused;
-    return (g_controller->*remove)(id);
+    return (instance()->*remove)(id);
 }
 
 // ---- Records out ----
@@ -103,7 +103,7 @@ uint32_t getRecord(FlatOf<Record> **out, BrimletResult (Controller::*get)(std::o
     if (*out)
         return BRIMLET_REFUSED;
     std::optional<Record> record;
-    if (const BrimletResult failed = (g_controller->*get)(record, ids...))
+    if (const BrimletResult failed = (instance()->*get)(record, ids...))
         return failed;
     return putOut(out, record);
 }
@@ -115,7 +115,7 @@ uint32_t getRecords(FlatOf<Record> **out, uint32_t *count,
     if (*out)
         return BRIMLET_REFUSED;
     std::vector<Record> records;
-    if (const BrimletResult failed = (g_controller->*get)(records, values...))
+    if (const BrimletResult failed = (instance()->*get)(records, values...))
         return failed;
     return putOut(out, count, std::move(records));
 }

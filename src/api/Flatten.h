@@ -3,8 +3,8 @@
 // also the order of its release.
 #pragma once
 
-#include "api/ResultCodes.h"
 #include "api/SharedMemory.h"
+#include "brimlet/ResultCodes.h"
 #include "catalog/Values.h"
 
 #include <iterator>

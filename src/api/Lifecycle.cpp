@@ -1,5 +1,5 @@
 #include "api/Instance.h"
-#include "api/brimlet.h"
+#include "brimlet/brimlet.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>
@@ -9,7 +9,7 @@ using brimlet::controller::Controller;
 namespace brimlet {
 
 QCoreApplication *g_application = nullptr; // dangles after an exit, until the next launch
-Controller *g_controller = nullptr;
+std::atomic<Controller *> g_controller{nullptr};
 
 } // namespace brimlet
 
@@ -21,16 +21,17 @@ int32_t launchCache(void)
     g_application = new QCoreApplication(argc, nullptr);
     QObject::connect(g_application, &QCoreApplication::aboutToQuit, [] { g_application->deleteLater(); });
 
-    auto *instance = new Controller;
-    instance->launch(QStringLiteral("CacheDb"));
-    g_controller = instance; // only now: whoever sees a state sees the final launch result too
+    auto *launched = new Controller;
+    launched->launch(QStringLiteral("CacheDb"));
+    // Only now: whoever sees a state sees the final launch result too.
+    g_controller.store(launched, std::memory_order_release);
     // By way of the application, since a client that sees state 2 may exit while the loop is still in this delivery: it
     // must not be one to the instance, which goes with the exit.
     QMetaObject::invokeMethod(
         g_application,
-        [instance] {
-            if (g_controller == instance)
-                instance->onStart();
+        [launched] {
+            if (instance() == launched)
+                launched->onStart();
         },
         Qt::QueuedConnection);
     return QCoreApplication::exec();
@@ -39,16 +40,18 @@ int32_t launchCache(void)
 void exitCache(void)
 {
     QCoreApplication::exit(0);
-    delete g_controller;
-    g_controller = nullptr;
+    delete instance();
+    g_controller.store(nullptr, std::memory_order_release);
 }
 
 uint32_t getState(void)
 {
-    return g_controller ? g_controller->getState() : uint32_t{BRIMLET_STATE_NONE};
+    const Controller *launched = instance();
+    return launched ? launched->getState() : uint32_t{BRIMLET_STATE_NONE};
 }
 
 uint32_t getLaunchCacheResult(void)
 {
-    return g_controller ? g_controller->getLaunchResult() : uint32_t{BRIMLET_LAUNCH_NONE};
+    const Controller *launched = instance();
+    return launched ? launched->getLaunchResult() : uint32_t{BRIMLET_LAUNCH_NONE};
 }

@@ -4,7 +4,7 @@ using namespace brimlet;
 
 uint32_t setServerIp(const uint16_t *text, uint32_t length)
 {
-    return g_controller->setServerIp(toString(text, length));
+    return instance()->setServerIp(toString(text, length));
 }
 
 uint32_t getServerIp(uint16_t **address)
@@ -12,7 +12,7 @@ uint32_t getServerIp(uint16_t **address)
     if (*address)
         return BRIMLET_REFUSED;
     QString text;
-    const BrimletResult result = g_controller->getServerIp(text);
+    const BrimletResult result = instance()->getServerIp(text);
     if (!text.isEmpty())
         *address = copyText(text);
     return result;
@@ -20,10 +20,10 @@ uint32_t getServerIp(uint16_t **address)
 
 uint32_t clearAll(void)
 {
-    return g_controller->clearAll();
+    return instance()->clearAll();
 }
 
 uint32_t clearAllExceptEvents(void)
 {
-    return g_controller->clearAllExceptEvents();
+    return instance()->clearAllExceptEvents();
 }

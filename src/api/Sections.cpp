@@ -24,7 +24,7 @@ uint32_t deleteSection(const uint16_t *json, uint32_t length)
     quint32 sectionId = 0;
     if (const BrimletResult refused = readBareId(text, keys.sectionId.fieldKeys.second, sectionId))
         return refused;
-    return g_controller->deleteSection(sectionId, deviceId);
+    return instance()->deleteSection(sectionId, deviceId);
 }
 
 uint32_t getSection(FlatSection **section, uint32_t sectionId, uint32_t deviceId)

@@ -40,7 +40,7 @@ uint32_t getSiteNameAndAddress(uint16_t **name, uint16_t **address, uint32_t id)
         return BRIMLET_REFUSED;
     std::optional<QString> nameText;
     std::optional<QString> addressText;
-    if (const BrimletResult failed = g_controller->getSiteNameAndAddress(nameText, addressText, id))
+    if (const BrimletResult failed = instance()->getSiteNameAndAddress(nameText, addressText, id))
         return failed;
     *name = copyText(nameText);
     *address = copyText(addressText);

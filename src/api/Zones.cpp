@@ -38,7 +38,7 @@ uint32_t deleteZone(const uint16_t *json, uint32_t length)
     quint32 zoneId = 0;
     if (const BrimletResult refused = readBareId(text, ZonesTable().zoneId.fieldKeys.second, zoneId))
         return refused;
-    return g_controller->deleteZone(zoneId, deviceId, sectionId);
+    return instance()->deleteZone(zoneId, deviceId, sectionId);
 }
 
 uint32_t getZone(FlatZone **zone, uint32_t zoneId, uint32_t deviceId, uint32_t sectionId)

@@ -31,7 +31,7 @@ BrimletLaunchResult Controller::climb(const QString &name)
 
 void Controller::onStart()
 {
-    state = BRIMLET_STATE_RUNNING;
+    state.store(BRIMLET_STATE_RUNNING, std::memory_order_release);
 }
 
 } // namespace brimlet::controller

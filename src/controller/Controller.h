@@ -2,10 +2,11 @@
 // into a result code. A method calls one or two operations of the store and opens no transaction of its own.
 #pragma once
 
-#include "api/ResultCodes.h"
+#include "brimlet/ResultCodes.h"
 #include "controller/Database.h"
 
 #include <QObject>
+#include <atomic>
 #include <memory>
 
 namespace brimlet::controller {
@@ -20,7 +21,7 @@ public:
 
     // Brings the file of that name into a usable state, or an empty one, before anything else is called.
     void launch(const QString &name);
-    quint32 getState() const { return state; }
+    quint32 getState() const { return state.load(std::memory_order_acquire); }
     quint32 getLaunchResult() const { return launchResult; }
 
     // ---- Locales ----
@@ -129,8 +130,8 @@ private:
     // The state of the file, 0 for one that is fit for use.
     BrimletLaunchResult climb(const QString &name);
 
-    quint32 state = BRIMLET_STATE_LAUNCHED;
-    quint32 launchResult = BRIMLET_LAUNCH_NONE;
+    std::atomic<quint32> state{BRIMLET_STATE_LAUNCHED}; // changes while others poll it
+    quint32 launchResult = BRIMLET_LAUNCH_NONE;         // final before the instance is published
     std::unique_ptr<Database> database;
 };
 

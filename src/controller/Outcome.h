@@ -2,7 +2,7 @@
 // by reference and is looked at after the operation has run, so both can stand in one call.
 #pragma once
 
-#include "api/ResultCodes.h"
+#include "brimlet/ResultCodes.h"
 
 #include <optional>
 #include <vector>

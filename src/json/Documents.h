@@ -2,7 +2,7 @@
 // BRIMLET_REFUSED, touch no store and log nothing.
 #pragma once
 
-#include "api/ResultCodes.h"
+#include "brimlet/ResultCodes.h"
 #include "json/ObjectReaders.h"
 
 namespace brimlet {

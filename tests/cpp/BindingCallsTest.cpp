@@ -127,7 +127,7 @@ TEST_F(BindingCalls, Devices)
 
 TEST_F(BindingCalls, Sections)
 {
-    session.addDevice(R"({"D":{"id":30,"sections":[{"id":1,"name":"a"},{"id":2}]}})");
+    require(session.addDevice(R"({"D":{"id":30,"sections":[{"id":1,"name":"a"},{"id":2}]}})"));
     EXPECT_EQ(seen(session.updateSection(R"({"D":{"device":30,"id":1,"name":"b"}})"))->name(), u"b");
     EXPECT_EQ(session.updateSection(R"({"D":{"device":31,"id":1,"name":"b"}})").code(), Code::NoParent);
     EXPECT_EQ(seen(session.getSection(1, 30))->name(), u"b");
@@ -140,8 +140,8 @@ TEST_F(BindingCalls, Sections)
 
 TEST_F(BindingCalls, Zones)
 {
-    session.addDevice(R"({"D":{"id":30,"sections":[{"id":20,"zones":[{"id":1,"name":"a"},{"id":2}]},
-                                                   {"id":21,"zones":[{"id":3,"name":"b"}]}]}})");
+    require(session.addDevice(R"({"D":{"id":30,"sections":[{"id":20,"zones":[{"id":1,"name":"a"},{"id":2}]},
+                                                   {"id":21,"zones":[{"id":3,"name":"b"}]}]}})"));
     EXPECT_EQ(seen(session.updateZone(R"({"D":{"device":30,"section":20,"id":1,"name":"b"}})"))->name(), u"b");
     EXPECT_EQ(seen(session.getZone(1, 30, 20))->name(), u"b");
     EXPECT_EQ(session.getZone(1, 20, 30).code(), Code::NotFound);
@@ -171,7 +171,7 @@ TEST_F(BindingCalls, Sites)
 
 TEST_F(BindingCalls, Events)
 {
-    session.addDevice(R"({"D":{"id":30}})");
+    require(session.addDevice(R"({"D":{"id":30}})"));
     EXPECT_EQ(seen(session.addEvent(R"({"D":{"id":1,"time":10,"device":30,"affect":1}})"))->time(), 10u);
     EXPECT_EQ(ids(session.addEvents(R"({"D":{"items":[{"id":2,"time":20,"device":30,"affect":0},
                                                       {"id":3,"time":30,"device":30,"affect":1}]}})")),
@@ -186,14 +186,14 @@ TEST_F(BindingCalls, Events)
 
 TEST_F(BindingCalls, Clearing)
 {
-    session.addDevice(R"({"D":{"id":30}})");
+    require(session.addDevice(R"({"D":{"id":30}})"));
     (void)session.addEvent(R"({"D":{"id":1,"time":10,"device":30}})");
     EXPECT_EQ(session.clearAllExceptEvents(), Code::Done);
     EXPECT_EQ(ids(session.getDevices()), "code 8");
-    session.addDevice(R"({"D":{"id":30}})"); // the event shows again
+    require(session.addDevice(R"({"D":{"id":30}})")); // the event shows again
     EXPECT_EQ(ids(session.getEvents(0, 100)), "1");
     EXPECT_EQ(session.clearAll(), Code::Done);
-    session.addDevice(R"({"D":{"id":30}})");
+    require(session.addDevice(R"({"D":{"id":30}})"));
     EXPECT_EQ(ids(session.getEvents(0, 100)), "code 8");
 }
 

@@ -9,11 +9,19 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
+#include <memory>
 #include <new>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <thread>
+
+#ifndef _WIN32
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -28,6 +36,7 @@ std::atomic<int> launches{0};
 std::atomic<int> exits{0};
 std::atomic<int> misses{0}; // exits that an event loop would not have seen
 std::atomic<uint32_t> firstResult{BRIMLET_LAUNCH_CREATED};
+std::atomic<bool> replaces{false}; // the launch removes the file and makes another
 std::atomic<int> filesAtLaunch{0}; // how many of the store's files the last launch found
 
 // Looks back when the process ends, after the handler that ends a launch: it is made before.
@@ -65,6 +74,8 @@ int32_t launchCache()
         std::this_thread::yield();
     if (comesBack)
         return 0;
+    if (replaces && fs::remove("CacheDb"))
+        std::ofstream("CacheDb").close();
     state = 2;
     while (state != 0)
         std::this_thread::yield();
@@ -183,7 +194,7 @@ TEST(BindingCall, ThatRunsOutOfMemoryEndsTheProcess)
         {
             Session session;
             try {
-                session.clearAll();
+                require(session.clearAll());
             } catch (const std::bad_alloc &) {
                 std::exit(0);
             }
@@ -200,7 +211,7 @@ protected:
     BindingLaunchOnFiles()
     {
         for (const char *name : {"CacheDb", "CacheDb-journal", "other"})
-            std::ofstream(directory / name) << "content";
+            std::ofstream(directory / name) << (name == std::string("CacheDb-journal") ? "journal" : "file");
         mayRun = true;
     }
 
@@ -223,6 +234,7 @@ TEST_P(BindingLaunchReplaced, IsFollowedByALaunchWithoutFileAndJournal)
     EXPECT_TRUE(fs::exists(directory / "other"));
     EXPECT_EQ(static_cast<uint32_t>(session.report().first), GetParam());
     EXPECT_EQ(session.report().second, LaunchResult::Created);
+    EXPECT_EQ(session.report().kept, std::nullopt); // this stand-in replaces nothing
 }
 
 INSTANTIATE_TEST_SUITE_P(Results, BindingLaunchReplaced, ::testing::Values(101u, 102u, 103u));
@@ -241,8 +253,95 @@ TEST_P(BindingLaunchNotReplaced, IsTheOnlyOneAndLeavesTheFiles)
     EXPECT_TRUE(fs::exists(directory / "CacheDb-journal"));
     EXPECT_EQ(static_cast<uint32_t>(session.report().first), GetParam());
     EXPECT_EQ(session.report().second, std::nullopt);
+    EXPECT_EQ(session.report().kept, std::nullopt);
 }
 
 INSTANTIATE_TEST_SUITE_P(Results, BindingLaunchNotReplaced, ::testing::Values(0u, 6u, 100u));
+
+TEST_F(BindingLaunchOnFiles, ThatReplacesTheFileBehindTheScenesHasItKeptByTheNextSession)
+{
+    mayRun = false;
+    replaces = true;
+    EXPECT_THROW(Session(directory, within(5ms)), LaunchTimedOut);
+    EXPECT_TRUE(fs::equivalent(directory / "CacheDb", directory / "CacheDb.before-launch"));
+
+    mayRun = true;
+    const Session session(directory);
+    EXPECT_FALSE(fs::exists(directory / "CacheDb.before-launch"));
+    std::set<std::string> contents;
+    for (const auto &entry : fs::directory_iterator(directory))
+        if (entry.path().filename().string().rfind("CacheDb.damaged-", 0) == 0) {
+            std::string content;
+            std::ifstream(entry.path()) >> content;
+            contents.insert(content);
+        }
+    EXPECT_EQ(contents, (std::set<std::string>{"file", "journal"}));
+}
+
+// ---- Forked children ----
+
+#ifndef _WIN32
+
+// How a child ends that is forked while a session lives. It does what it is told, and exits.
+int endOfChild(const std::function<void()> &body)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        alarm(60);
+        body();
+        std::exit(0);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+TEST(BindingLaunch, IsNotEndedByAChildThatExits)
+{
+    mayRun = true;
+    EXPECT_EXIT(
+        {
+            const Session session;
+            endOfChild([] { witness.isAsked = true; });
+            std::_Exit(0);
+        },
+        ::testing::ExitedWithCode(0), "1 launches, 0 exits");
+}
+
+TEST(BindingLaunch, IsNotEndedByAChildThatDestroysItsSession)
+{
+    mayRun = true;
+    auto session = std::make_unique<Session>();
+    EXPECT_EQ(endOfChild([&] {
+                  session.reset();
+                  std::_Exit(exits);
+              }),
+              0);
+    session.reset();
+    EXPECT_EQ(exits, 1); // of the parent
+}
+
+TEST(BindingLaunch, CannotBeHadByAChildOfALaunchedProcess)
+{
+    mayRun = true;
+    const auto isRefused = [] {
+        try {
+            const Session session;
+        } catch (const AlreadyLaunched &) {
+            std::_Exit(0);
+        }
+        std::_Exit(1);
+    };
+    {
+        const Session session;
+        EXPECT_EQ(endOfChild(isRefused), 0);
+    }
+    mayRun = false; // and of one that has given a launch up
+    EXPECT_THROW(Session(".", within(5ms)), LaunchTimedOut);
+    EXPECT_EQ(endOfChild(isRefused), 0);
+    mayRun = true;
+}
+
+#endif
 
 } // namespace

@@ -56,6 +56,15 @@ TEST_F(BindingRecords, AbsentIsNotEmpty)
     EXPECT_FALSE(user->domain());
 }
 
+TEST_F(BindingRecords, FlagsAreNumbersAndTrueIsFalse)
+{
+    ASSERT_EQ(session.addUsers(R"({"D":{"items":[{"id":7,"active":true},{"id":8,"active":1}]}})"), Code::Done);
+    const auto sentTrue = session.getUser(7);
+    const auto sentOne = session.getUser(8);
+    EXPECT_EQ(sentTrue->isActive(), false);
+    EXPECT_EQ(sentOne->isActive(), true);
+}
+
 TEST_F(BindingRecords, ViewsLookAtTheRecordItself)
 {
     ASSERT_EQ(session.addUsers(R"({"D":{"items":[{"id":7,"name":"Anna"}]}})"), Code::Done);
@@ -66,10 +75,11 @@ TEST_F(BindingRecords, ViewsLookAtTheRecordItself)
 
 TEST_F(BindingRecords, UsersReachTheirDomainAndItsLocale)
 {
-    session.addLocales(R"({"D":{"items":[{"id":1,"iso":"en","description":"English"}]}})");
-    session.addDomains(R"({"D":{"items":[{"id":4,"name":"North","org_id":5,"locale_id":1}]}})");
-    session.addUsers(R"({"D":{"items":[{"id":7,"name":"Anna","login":"anna","contacts":"room 3","active":1,"domain":4,
-        "org":5,"roles":6,"phone":9007199254740992}]}})");
+    require(session.addLocales(R"({"D":{"items":[{"id":1,"iso":"en","description":"English"}]}})"));
+    require(session.addDomains(R"({"D":{"items":[{"id":4,"name":"North","org_id":5,"locale_id":1}]}})"));
+    require(session.addUsers(
+        R"({"D":{"items":[{"id":7,"name":"Anna","login":"anna","contacts":"room 3","active":1,"domain":4,
+        "org":5,"roles":6,"phone":9007199254740992}]}})"));
     const auto user = session.getUser(7);
     EXPECT_EQ(user->login(), u"anna");
     EXPECT_EQ(user->contacts(), u"room 3");
@@ -89,10 +99,10 @@ TEST_F(BindingRecords, UsersReachTheirDomainAndItsLocale)
 
 TEST_F(BindingRecords, OrganizationsReachTheirContactAndLocale)
 {
-    session.addLocales(R"({"D":{"items":[{"id":1,"iso":"en"}]}})");
-    session.addOrganizations(R"({"D":{"items":[{"org_id":5,"inn":"a","off_name":"b","short_name":"c","kpp":"d",
+    require(session.addLocales(R"({"D":{"items":[{"id":1,"iso":"en"}]}})"));
+    require(session.addOrganizations(R"({"D":{"items":[{"org_id":5,"inn":"a","off_name":"b","short_name":"c","kpp":"d",
         "ogrn":"e","address_text":"f","locale_id":1,
-        "contact":{"id":9,"name":"g","phone":"h","email":"i","postal":"j"}}]}})");
+        "contact":{"id":9,"name":"g","phone":"h","email":"i","postal":"j"}}]}})"));
     const auto organization = session.getOrganization(5);
     EXPECT_EQ(organization->inn(), u"a");
     EXPECT_EQ(organization->officialName(), u"b");
@@ -110,11 +120,12 @@ TEST_F(BindingRecords, OrganizationsReachTheirContactAndLocale)
 
 TEST_F(BindingRecords, ContractsReachTheirContractorAndOperator)
 {
-    session.addUsers(R"({"D":{"items":[{"id":7,"name":"Anna"}]}})");
-    session.addContractors(R"({"D":{"items":[{"id":3,"inn":"a","org_id":1,"type":2,"off_name":"b","name":"c",
-        "extra":"d"}]}})");
-    session.addContracts(R"({"D":{"items":[{"id":2,"number":"a","c_name":"b","status":1,"date":4,"description":"c",
-        "extra":"d","contractor_id":3,"operator_id":7}]}})");
+    require(session.addUsers(R"({"D":{"items":[{"id":7,"name":"Anna"}]}})"));
+    require(session.addContractors(R"({"D":{"items":[{"id":3,"inn":"a","org_id":1,"type":2,"off_name":"b","name":"c",
+        "extra":"d"}]}})"));
+    require(
+        session.addContracts(R"({"D":{"items":[{"id":2,"number":"a","c_name":"b","status":1,"date":4,"description":"c",
+        "extra":"d","contractor_id":3,"operator_id":7}]}})"));
     const auto contract = session.getContract(2);
     EXPECT_EQ(contract->number(), u"a");
     EXPECT_EQ(contract->name(), u"b");
@@ -133,7 +144,7 @@ TEST_F(BindingRecords, ContractsReachTheirContractorAndOperator)
 
 TEST_F(BindingRecords, DevicesReachTheirSectionsZonesAndUsers)
 {
-    session.addDomains(R"({"D":{"items":[{"id":4,"name":"North"}]}})");
+    require(session.addDomains(R"({"D":{"items":[{"id":4,"name":"North"}]}})"));
     ASSERT_EQ(session.addDevices(equipment), Code::Done);
     const auto device = session.getDevice(10);
     EXPECT_EQ(device->account(), 1234u);
@@ -187,11 +198,11 @@ TEST_F(BindingRecords, SectionsAndZonesShowTheirFields)
 
 TEST_F(BindingRecords, SitesShowTheirFieldsAndReachWhatTheyName)
 {
-    session.addDomains(R"({"D":{"items":[{"id":4,"name":"North"}]}})");
-    session.addContracts(R"({"D":{"items":[{"id":2,"number":"a"}]}})");
-    session.addSites(R"({"D":{"items":[{"id":1,"name":"Mill","comment":"a","extra":"b","address_text":"c",
+    require(session.addDomains(R"({"D":{"items":[{"id":4,"name":"North"}]}})"));
+    require(session.addContracts(R"({"D":{"items":[{"id":2,"number":"a"}]}})"));
+    require(session.addSites(R"({"D":{"items":[{"id":1,"name":"Mill","comment":"a","extra":"b","address_text":"c",
         "is_crossing":1,"delegated":0,"site_plan":1,"domain":4,"type":5,"category":6,"arm_mode":7,"contract_id":2,
-        "contract_status":-8,"location":{"lat":52.5,"lon":-13.25}}]}})");
+        "contract_status":-8,"location":{"lat":52.5,"lon":-13.25}}]}})"));
     const auto site = session.getSite(1);
     EXPECT_EQ(site->name(), u"Mill");
     EXPECT_EQ(site->comment(), u"a");
@@ -217,8 +228,8 @@ TEST_F(BindingRecords, SitesShowTheirFieldsAndReachWhatTheyName)
 
 TEST_F(BindingRecords, EventsShowTheirFieldsAndTheNamesOfTheirEquipment)
 {
-    session.addDomains(R"({"D":{"items":[{"id":4,"name":"North"}]}})");
-    session.addDevices(equipment);
+    require(session.addDomains(R"({"D":{"items":[{"id":4,"name":"North"}]}})"));
+    require(session.addDevices(equipment));
     const auto event = session.addEvent(R"({"D":{"id":1,"time":2,"device":10,"section":1,"zone":1,"active":3,"class":4,
         "detector":5,"reason":6,"localtime":7,"channel":-8,"data":"a","review_id":9,"review_state":10,"operator_id":11,
         "is_closed":1,"affect":0,"jdata":"b"}})");
@@ -251,7 +262,7 @@ TEST_F(BindingRecords, EventsShowTheirFieldsAndTheNamesOfTheirEquipment)
 
 TEST_F(BindingRecords, ArraysAreRangesOfViews)
 {
-    session.addUsers(R"({"D":{"items":[{"id":7},{"id":8},{"id":9}]}})");
+    require(session.addUsers(R"({"D":{"items":[{"id":7},{"id":8},{"id":9}]}})"));
     const auto users = session.getUsers();
     ASSERT_EQ(users->size(), 3u);
     EXPECT_FALSE(users->empty());
@@ -268,7 +279,7 @@ TEST_F(BindingRecords, ArraysAreRangesOfViews)
 
 TEST_F(BindingRecords, AnArrayMayBeWalkedOverAsItComes)
 {
-    session.addUsers(R"({"D":{"items":[{"id":7},{"id":8}]}})");
+    require(session.addUsers(R"({"D":{"items":[{"id":7},{"id":8}]}})"));
     uint32_t sum = 0;
     for (const UserView user : session.getUsers().value())
         sum += user.id();
@@ -277,7 +288,7 @@ TEST_F(BindingRecords, AnArrayMayBeWalkedOverAsItComes)
 
 TEST_F(BindingRecords, OwnersMoveAndLeaveNothingBehind)
 {
-    session.addUsers(R"({"D":{"items":[{"id":7},{"id":8}]}})");
+    require(session.addUsers(R"({"D":{"items":[{"id":7},{"id":8}]}})"));
     Record<UserView> one = session.getUser(7).value();
     Record<UserView> other = std::move(one);
     EXPECT_FALSE(one); // NOLINT(bugprone-use-after-move): this is what is tested
@@ -295,7 +306,7 @@ TEST_F(BindingRecords, OwnersMoveAndLeaveNothingBehind)
 
 TEST_F(BindingRecords, ARecordCanBeHandedOverToC)
 {
-    session.addUsers(R"({"D":{"items":[{"id":7}]}})");
+    require(session.addUsers(R"({"D":{"items":[{"id":7}]}})"));
     Record<UserView> record = session.getUser(7).value();
     FlatUser *flat = record.release();
     EXPECT_FALSE(record);
@@ -311,9 +322,9 @@ TEST(BindingOwners, OutliveTheSession)
     OwnedText address;
     {
         Session session;
-        session.addDevices(equipment);
-        session.addUsers(R"({"D":{"items":[{"id":7,"name":"Anna"}]}})");
-        session.setServerIp("10.0.0.1");
+        require(session.addDevices(equipment));
+        require(session.addUsers(R"({"D":{"items":[{"id":7,"name":"Anna"}]}})"));
+        require(session.setServerIp("10.0.0.1"));
         device = session.getDevice(10).value();
         users = session.getUsers().value();
         address = session.getServerIp().value();
@@ -345,7 +356,7 @@ TEST_F(BindingRecords, OnlyNothingFoundIsEmpty)
     EXPECT_TRUE(session.getUsers().orEmpty().empty());
     EXPECT_FALSE(session.getUser(7).orEmpty());
     EXPECT_THROW((void)session.getUsersWithParams("no key", "7").orEmpty(), Error);
-    session.addUsers(R"({"D":{"items":[{"id":7}]}})");
+    require(session.addUsers(R"({"D":{"items":[{"id":7}]}})"));
     EXPECT_EQ(session.getUsers().orEmpty().size(), 1u);
 }
 

@@ -55,9 +55,10 @@ TEST(BindingTexts, ArgumentsTakeBothFormsOfText)
 
 TEST(BindingTexts, ATextThatIsTooLongIsRefused)
 {
-    const char16_t unit = u'a';
-    const TextArgument argument(std::u16string_view(&unit, size_t{0x100000000})); // no unit of it is looked at
-    EXPECT_THROW(argument.length(), std::length_error);
+    const char16_t unit = u'a'; // the only one that is there, and none is looked at
+    const auto textOf = [&unit](size_t length) { return std::u16string_view(&unit, length); };
+    EXPECT_EQ(TextArgument(textOf(700'000'000)).length(), 700'000'000u);
+    EXPECT_THROW(TextArgument(textOf(700'000'001)).length(), std::length_error);
 }
 
 TEST(BindingTexts, CodesAreTheNumbersOfTheHeader)
@@ -119,6 +120,14 @@ TEST(BindingTexts, AnErrorCarriesItsCodeAndItsMeaning)
     const Error error(Code::NotFound);
     EXPECT_EQ(error.code(), Code::NotFound);
     EXPECT_STREQ(error.what(), "8, the store holds nothing that fits");
+}
+
+TEST(BindingTexts, EveryCodeButDoneThatIsRequiredToBeDoneIsAnError)
+{
+    EXPECT_NO_THROW(require(Code::Done));
+    for (const Code code : {Code::NoBlock, Code::Incomplete, Code::ReadFailed, Code::NotFound, Code::WriteFailed,
+                            Code::Refused, Code::NoParent, Code::NoRecord})
+        EXPECT_THROW(require(code), Error) << meaning(code);
 }
 
 } // namespace

@@ -28,7 +28,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 FRAMES = Path(__file__).resolve().parent
 PROJECT = "cmake_minimum_required(VERSION 3.16)\nproject(Page LANGUAGES C CXX)\n"
-INCLUDES = [f"-I{ROOT / folder}" for folder in ("src/api", "bindings/cpp")]
+INCLUDES = [f"-I{ROOT / folder}" for folder in ("include/brimlet", "bindings/cpp")]
 COMPILERS = {"c": ("BRIMLET_CC", "-std=c11 -D_POSIX_C_SOURCE=200809L"), "cpp": ("BRIMLET_CXX", "-std=c++17")}
 
 # The interpreter may run with the sanitizer's runtime in front; what it starts brings its own.
@@ -108,8 +108,8 @@ class Page:
 
     def send_document(self, language, text, function):
         json.loads(text)
-        run([sys.executable, "-m", "brimlet", "--dir", str(self.directory), "call", function, "-"], self.directory,
-            os.environ, input=text)
+        run([sys.executable, "-m", "brimlet", "--dir", str(self.directory), "call", "--write", "--create", function, "-"],
+            self.directory, os.environ, input=text)
 
     def run_commands(self, language, text):
         if not IS_SANITIZED:

@@ -32,7 +32,7 @@ internal static class NamesTest
         CheckCodes<LaunchResult>("BrimletLaunchResult", "BRIMLET_LAUNCH_");
         CheckCodes<State>("BrimletState", "BRIMLET_STATE_");
         Check.Equal("the package's version is the library's",
-            Regex.Match(Headers.Read("src/api/brimlet.h"), @"#define BRIMLET_VERSION ""([\d.]+)""").Groups[1].Value,
+            Regex.Match(Headers.Read("include/brimlet/brimlet.h"), @"#define BRIMLET_VERSION ""([\d.]+)""").Groups[1].Value,
             Regex.Match(Headers.Read("bindings/dotnet/Brimlet.csproj"), "<Version>(.*)</Version>").Groups[1].Value);
     }
 

@@ -5,11 +5,17 @@
 #include "FaultShim.h"
 #include "Workload.h"
 
+#include <QCoreApplication>
 #include <algorithm>
+#include <csignal>
+#include <fcntl.h>
 #include <filesystem>
+#include <numeric>
 #include <random>
 #include <set>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace brimlet::test;
@@ -276,14 +282,18 @@ TEST_F(Damage, ALinkToAForeignFileLeavesItAsItIs)
 
 // ---- Where nothing may be written, and where the way changes ----
 
+// Gives up the rights of a user who may do everything.
+void becomeNobody()
+{
+    if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0))
+        _exit(99);
+}
+
 TEST_F(Damage, AReadOnlyDirectoryServesReads)
 {
     fs::permissions("CacheDb", fs::perms(0444));
     fs::permissions(directory.path(), fs::perms(0555));
-    const Answers answers = launchAndCallEverything([] {
-        if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0))
-            _exit(99);
-    });
+    const Answers answers = launchAndCallEverything(becomeNobody);
     fs::permissions(directory.path(), fs::perms(0755));
     EXPECT_TRUE(answers.end.isClean());
     EXPECT_EQ(answers.result, 0);
@@ -298,16 +308,31 @@ TEST_F(Damage, AReadOnlyDirectoryWithoutAFileGives6)
 {
     fs::remove("CacheDb");
     fs::permissions(directory.path(), fs::perms(0555));
-    const Answers answers = launchAndCallEverything([] {
-        if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0))
-            _exit(99);
-    });
+    const Answers answers = launchAndCallEverything(becomeNobody);
     fs::permissions(directory.path(), fs::perms(0755));
     EXPECT_TRUE(answers.end.isClean());
     EXPECT_EQ(answers.result, 6);
     expectUnusable(answers);
     EXPECT_FALSE(fs::exists("CacheDb"));
     figure("special files", 1);
+}
+
+// The launch result tells of a replacement that did not happen, and a file of another version serves reads.
+TEST_F(Damage, AReadOnlyDirectoryKeepsAFileThatFailsItsChecks)
+{
+    File().execute("UPDATE Version SET VersionNumber = '0.2'");
+    for (const auto &[bytes, reads] : {std::pair(std::string("no database"), std::set<int64_t>{7}),
+                                       std::pair(bytesOf("CacheDb"), std::set<int64_t>{0})}) {
+        writeBytes("CacheDb", bytes);
+        fs::permissions("CacheDb", fs::perms(0666));
+        fs::permissions(directory.path(), fs::perms(0555));
+        const Answers answers = launchAndCallEverything(becomeNobody);
+        fs::permissions(directory.path(), fs::perms(0755));
+        EXPECT_TRUE(answers.end.isClean());
+        EXPECT_EQ(answers.result, 103);
+        EXPECT_EQ(answers.reads, reads);
+        EXPECT_EQ(bytesOf("CacheDb"), bytes);
+    }
 }
 
 TEST_F(Damage, AnotherWorkingDirectoryAfterTheLaunchChangesNothing)
@@ -328,6 +353,76 @@ TEST_F(Damage, AnotherWorkingDirectoryAfterTheLaunchChangesNothing)
     EXPECT_FALSE(fs::exists("CacheDb-journal"));
     EXPECT_TRUE(isSound());
     EXPECT_EQ(launchResult(), 0);
+}
+
+// ---- What else costs a good file ----
+
+// Leaves this process one descriptor that it can open. Qt's event loop takes it, and none is left for the file.
+void leaveOneDescriptor()
+{
+    const rlimit few{64, 64};
+    if (setrlimit(RLIMIT_NOFILE, &few) != 0)
+        _exit(99);
+    int last = -1;
+    for (int next = ::dup(STDERR_FILENO); next >= 0; next = ::dup(STDERR_FILENO))
+        last = next;
+    ::close(last);
+}
+
+TEST_F(Damage, WithoutAFreeDescriptorALaunchRemovesAGoodFile)
+{
+    if (isSanitized)
+        GTEST_SKIP() << "a sanitizer needs descriptors of its own to look at an object";
+    const Answers answers = launchAndCallEverything(leaveOneDescriptor);
+    EXPECT_TRUE(answers.end.isClean());
+    EXPECT_EQ(answers.result, 6);
+    expectUnusable(answers);
+    EXPECT_FALSE(fs::exists("CacheDb"));
+}
+
+TEST_F(Damage, WithoutTheSqlDriverALaunchRemovesAGoodFile)
+{
+    const Answers answers = launchAndCallEverything([] { QCoreApplication::setLibraryPaths({}); });
+    EXPECT_TRUE(answers.end.isClean());
+    EXPECT_EQ(answers.result, 6);
+    expectUnusable(answers);
+    EXPECT_FALSE(fs::exists("CacheDb"));
+}
+
+class UnopenableJournal : public Damage
+{
+protected:
+    void expectReplaced()
+    {
+        fs::permissions("CacheDb", fs::perms(0666));
+        fs::permissions(directory.path(), fs::perms(0777));
+        const Answers answers = launchAndCallEverything(becomeNobody);
+        EXPECT_TRUE(answers.end.isClean());
+        EXPECT_EQ(answers.result, 103);
+        expectUnusable(answers);
+        EXPECT_TRUE(contentsOf().empty());
+    }
+};
+
+TEST_F(UnopenableJournal, AsADirectoryCostsAGoodFile)
+{
+    fs::create_directory("CacheDb-journal");
+    expectReplaced();
+}
+
+TEST_F(UnopenableJournal, AsALinkCostsAGoodFile)
+{
+    writeBytes("Other", "something");
+    fs::create_symlink("Other", "CacheDb-journal");
+    expectReplaced();
+    EXPECT_EQ(bytesOf("Other"), "something");
+}
+
+TEST_F(UnopenableJournal, ThatMayNotBeReadCostsAGoodFile)
+{
+    writeBytes("CacheDb-journal", "something");
+    fs::permissions("CacheDb-journal", fs::perms::none);
+    expectReplaced();
 }
 
 // ---- Who may read ----
@@ -416,6 +511,59 @@ TEST_F(StaleJournal, BesideAnotherFileIsPlayedIntoIt)
     figure("stale journals", 1);
 }
 
+// A FIFO can be opened for writing without a wait only while somebody has it open, or waits to open it, for reading.
+TEST_F(Damage, ALaunchWaitsAtAJournalThatIsAFifo)
+{
+    ASSERT_EQ(mkfifo("CacheDb-journal", 0600), 0);
+    Child child([](Channel &channel) {
+        const DebugLines lines;
+        std::thread launcher(launchCache);
+        int writer = -1;
+        while (writer < 0 && getState() == BRIMLET_STATE_NONE)
+            writer = ::open("CacheDb-journal", O_WRONLY | O_NONBLOCK);
+        channel.tell(writer >= 0);
+        _exit(0);
+    });
+    EXPECT_EQ(child.hear(), 1);
+    EXPECT_TRUE(child.wait().isClean());
+}
+
+std::string bigEndian(uint32_t number)
+{
+    std::string bytes;
+    for (const int shift : {24, 16, 8, 0})
+        bytes += static_cast<char>(number >> shift & 0xFF);
+    return bytes;
+}
+
+// A rollback journal without pages, as one of the several files of a transaction has it: it ends in the name of the
+// super-journal, which is removed when the rollback is done.
+std::string journalThatNames(const std::string &path, size_t pages, size_t pageSize)
+{
+    constexpr size_t sectorSize = 512;
+    constexpr size_t lockByte = 0x40000000;
+    const std::string magic = "\xd9\xd5\x05\xf9\x20\xa1\x63\xd7";
+    const auto number = [](size_t value) { return bigEndian(static_cast<uint32_t>(value)); };
+    const size_t sum = std::accumulate(path.begin(), path.end(), size_t{0}, [](size_t total, char byte) {
+        return total + static_cast<unsigned char>(byte);
+    });
+    std::string journal = magic + number(0) + number(0) + number(pages) + number(sectorSize) + number(pageSize);
+    journal.resize(sectorSize, '\0');
+    return journal + number(lockByte / pageSize + 1) + path + number(path.size()) + number(sum) + magic;
+}
+
+TEST_F(Damage, AJournalRemovesTheFileThatItNames)
+{
+    const Directory elsewhere;
+    const std::string other = elsewhere.path() + "/file";
+    writeBytes(other, "something");
+    fs::current_path(directory.path());
+    writeBytes("CacheDb-journal", journalThatNames(other, good.size() / pageSize(good), pageSize(good)));
+    EXPECT_EQ(launchResult(), 0);
+    EXPECT_FALSE(fs::exists(other));
+    EXPECT_EQ(contentsOf(), contents);
+}
+
 // ---- Files that someone made on purpose ----
 
 class CraftedFile : public Damage
@@ -457,6 +605,22 @@ TEST_F(CraftedFile, TriggersThatRefuseMakeWritesFail)
     EXPECT_EQ(answers.removals, std::set<int64_t>{9});
     EXPECT_EQ(contentsOf(), contents);
     figure("crafted files", 1);
+}
+
+// A launch takes a small part of the processor's time that it is given here.
+TEST_F(CraftedFile, AnEndlessViewKeepsALaunchFromItsEnd)
+{
+    craft("DROP TABLE Version; CREATE VIEW Version AS WITH RECURSIVE Numbers (N) AS"
+          " (SELECT 1 UNION ALL SELECT N + 1 FROM Numbers) SELECT N AS VersionId, '0.1' AS VersionNumber FROM Numbers");
+    Child child([](Channel &channel) {
+        const rlimit seconds{2, 3};
+        setrlimit(RLIMIT_CPU, &seconds);
+        const DebugLines lines;
+        const Library library;
+        channel.tell(getLaunchCacheResult());
+    });
+    EXPECT_FALSE(child.hear());
+    EXPECT_EQ(child.wait().signal, SIGXCPU);
 }
 
 // A trigger does what its author wants with the file, and nothing else.

@@ -207,6 +207,51 @@ TEST_P(KillFamily, AtEveryCallOnTheFile)
     figure("kills at a call on the file survived", kills);
 }
 
+// ---- A power cut ----
+
+// How many calls on the store's files the work makes in a child.
+unsigned callsOf(const std::function<void()> &work)
+{
+    Child child([&](Channel &channel) {
+        const DebugLines lines;
+        armFault(FAULT_NONE, FAULT_CHANGES, 0);
+        work();
+        channel.tell(countedCalls());
+    });
+    return static_cast<unsigned>(child.hear().value_or(0));
+}
+
+// Has the work die before its last call on the store's files. The journal that is left shows that this is the journal's
+// removal, with no sync of the directory behind it: when the power fails soon after, the disk may still have the
+// journal, as it is here.
+void leaveTheLastCallOut(const std::function<void()> &prepare, const std::function<void()> &work)
+{
+    prepare();
+    const unsigned calls = callsOf(work);
+    prepare();
+    Child child([&](Channel &) {
+        const DebugLines lines;
+        armFault(FAULT_KILL, FAULT_CHANGES, calls);
+        work();
+    });
+    EXPECT_EQ(child.wait().signal, SIGKILL);
+    EXPECT_TRUE(fs::exists("CacheDb-journal"));
+}
+
+TEST_P(KillFamily, APowerCutTakesBackTheLastWriteAtMost)
+{
+    const std::vector<Step> &steps = GetParam().steps;
+    const std::vector<Contents> contents = undisturbedRun(GetParam()).contents;
+    leaveTheLastCallOut(restore, [&] {
+        const Library library;
+        for (const Step &step : steps)
+            step.call();
+    });
+    EXPECT_EQ(launchResult(), 0);
+    EXPECT_TRUE(isSound());
+    EXPECT_EQ(contentsOf(), contents[steps.size() - 1]);
+}
+
 INSTANTIATE_TEST_SUITE_P(Kill, KillFamily, ::testing::ValuesIn(families()),
                          [](const ::testing::TestParamInfo<Family> &test) { return test.param.name; });
 
@@ -299,6 +344,18 @@ TEST_F(KillCreation, AtEveryCallOnTheFile)
     EXPECT_GT(kills, 0);
     EXPECT_GT(cutOff, 0);
     figure("kills at a call on the file survived", kills);
+}
+
+TEST_F(KillCreation, APowerCutTakesItBack)
+{
+    leaveTheLastCallOut(removeStore, [] { const Library library; });
+    for (int launch = 0; launch < 2; ++launch) {
+        EXPECT_EQ(launchResult(), 103);
+        EXPECT_TRUE(isSound());
+        EXPECT_TRUE(contentsOf().empty());
+    }
+    removeStore();
+    EXPECT_EQ(launchResult(), 100);
 }
 
 } // namespace

@@ -112,6 +112,35 @@ TEST_F(Memory, MixedCallsLeaveMemoryFlat)
     figure("calls soaked", calls);
 }
 
+// What a large list took is free again; how much of it the process keeps is up to the allocator.
+TEST_F(Memory, ALargeListLeavesTheHeapFlat)
+{
+    constexpr int users = 20000;
+    Child child([](Channel &channel) {
+        const DebugLines lines;
+        Library library;
+        std::string objects;
+        for (int id = 0; id < users; ++id)
+            objects += (id ? "," : "") + ("{\"id\":" + std::to_string(id)) + R"(,"name":"Anna"})";
+        channel.tell(send(addUsers, batch(objects)));
+        for (int turn = 0; turn < 3; ++turn) {
+            channel.tell(list(getUsers).size());
+            tell(channel, usage());
+        }
+        library.exit();
+    });
+    EXPECT_EQ(child.hear(), 0);
+    std::vector<Usage> usages;
+    for (int turn = 0; turn < 3; ++turn) {
+        EXPECT_EQ(child.hear(), users);
+        usages.push_back(hearUsage(child));
+    }
+    EXPECT_TRUE(child.wait().isClean());
+    if (isMemoryToldExactly) {
+        EXPECT_LE(usages.back().heapBytes - usages.front().heapBytes, 128 * 1024);
+    }
+}
+
 // Launch, work and exit with pauses of chance length, all in one process. False when something failed.
 bool live(int lives, std::minstd_rand &random)
 {

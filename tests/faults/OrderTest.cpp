@@ -5,6 +5,7 @@
 #include "Workload.h"
 
 #include <cstdlib>
+#include <thread>
 #include <unistd.h>
 
 using namespace brimlet::test;
@@ -177,6 +178,22 @@ TEST_P(Order, ALaunchWorks)
               20);
     EXPECT_EQ(File().number("SELECT count(*) FROM Users"), 1);
     figure("calls out of order", 1);
+}
+
+// From the moment in which the state is not 0 on: before, Qt is at work on the launch thread.
+TEST(ProcessEnd, NeedsNoExitOnceTheStateIsNot0)
+{
+    const Directory directory;
+    for (int turn = 0; turn < 20; ++turn) {
+        Child child([](Channel &) {
+            const DebugLines lines;
+            std::thread(launchCache).detach();
+            while (getState() == BRIMLET_STATE_NONE)
+                std::this_thread::yield();
+            std::exit(0);
+        });
+        EXPECT_TRUE(child.wait().isClean());
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Order, Order,

@@ -2,7 +2,7 @@
 
 #include "LeakCheck.h"
 #include "Require.h"
-#include "brimlet.h"
+#include "brimlet/brimlet.h"
 
 #include <QThread>
 #include <QtGlobal>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Require.h"
-#include "brimlet.h"
+#include "brimlet/brimlet.h"
 
 #include <cstdlib>
 

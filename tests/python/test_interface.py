@@ -35,7 +35,7 @@ def type_of(words):
 
 def declarations():
     """(result, name, [(type, name)]) for each function of the header."""
-    text = re.sub(r"\s+", " ", source("src/api/brimlet.h"))
+    text = re.sub(r"\s+", " ", source("include/brimlet/brimlet.h"))
     for result, name, arguments in re.findall(r"BRIMLET_API (\w+) (\w+)\(([^)]*)\);", text):
         pairs = [] if arguments == "void" else [re.fullmatch(r"(.*?)(\w+)", part.strip()).groups()
                                                  for part in arguments.split(",")]
@@ -44,7 +44,7 @@ def declarations():
 
 def enumerators(enum):
     """{name: number} of an enum of ResultCodes.h."""
-    body = re.search(r"enum " + enum + r" \{(.*?)\};", source("src/api/ResultCodes.h"), re.DOTALL).group(1)
+    body = re.search(r"enum " + enum + r" \{(.*?)\};", source("include/brimlet/ResultCodes.h"), re.DOTALL).group(1)
     body = re.sub(r"/\*.*?\*/", "", body, flags=re.DOTALL)
     return {name: int(number) for name, number in re.findall(r"(\w+) =\s*(\d+)", body)}
 
@@ -107,7 +107,7 @@ class FunctionsTest(unittest.TestCase):
 
 class RecordsTest(unittest.TestCase):
     def declared(self):
-        text = re.sub(r"/\*.*?\*/", "", source("src/api/FlatRecords.h"), flags=re.DOTALL)
+        text = re.sub(r"/\*.*?\*/", "", source("include/brimlet/FlatRecords.h"), flags=re.DOTALL)
         for name, body in re.findall(r"typedef struct (\w+)\s*\{(.*?)\}", text, re.DOTALL):
             yield name, [(field, type_of(kind)) for kind, field in re.findall(r"(\w+ \**)(\w+);", body)]
 

@@ -28,6 +28,25 @@ class LaunchTest(DirectoryTest):
         self.assertEqual(os.getcwd(), before)
         self.assertTrue(self.session().is_usable)
 
+    @unittest.skipUnless(sys.platform.startswith("linux"), "names are text here")
+    def test_a_directory_whose_name_is_not_utf_8(self):
+        name = os.path.join(os.fsencode(self.directory), b"caf\xe9")
+        os.mkdir(name)
+        self.addCleanup(os.chdir, os.getcwd())
+        for directory in (name, os.fsdecode(name), Path(os.fsdecode(name))):
+            with self.subTest(directory=directory):
+                with open(os.path.join(name, b"CacheDb"), "wb") as file:
+                    file.write(b"nonsense" * 1000)
+                with brimlet.Session(directory) as session:
+                    self.assertEqual((session.report.first, session.report.second), (103, 100))
+                    session.addUsers({"id": 7})
+                self.assertEqual(os.path.dirname(os.fsencode(session.report.kept)), name)
+                self.assertEqual(session.report.kept.read_bytes(), b"nonsense" * 1000)
+                os.chdir(name)
+                with brimlet.Session() as session:
+                    self.assertEqual(session.getUser(7).id, 7)
+                self.assertEqual(os.getcwdb(), name)
+
     def test_one_session_at_a_time(self):
         self.session()
         with self.assertRaises(brimlet.AlreadyLaunched):
@@ -73,8 +92,8 @@ class RecoveryTest(DirectoryTest):
         self.file.write_bytes(b"nonsense" * 1000)
         journal = self.directory / "CacheDb-journal"
         journal.write_bytes(b"nonsense")
-        with mock.patch("brimlet.session.os.remove", wraps=os.remove) as remove:
-            session = self.session()
+        with mock.patch("os.remove", wraps=os.remove) as remove:
+            session = self.session(keep_damaged=0)
         # SQLite may have taken the journal away by then; it is removed all the same.
         self.assertEqual([Path(call.args[0]) for call in remove.call_args_list], [self.file, journal])
         self.assertEqual(session.report, brimlet.LaunchReport(brimlet.LaunchResult.REPLACED_VERSION,
@@ -109,7 +128,7 @@ class RecoveryTest(DirectoryTest):
 
     def test_without_recovery_the_store_cannot_be_used(self):
         self.file.write_bytes(b"nonsense" * 1000)
-        session = self.session(recover=False)
+        session = self.session(recover=False, keep_damaged=0)
         self.assertEqual(session.report, brimlet.LaunchReport(brimlet.LaunchResult.REPLACED_VERSION))
         self.assertFalse(session.is_usable)
         with self.assertRaises(brimlet.ReadFailed):
@@ -218,6 +237,21 @@ class ProcessTest(DirectoryTest):
             "threading.Thread(target=work, daemon=True).start()\n")
         self.assertEqual((done.returncode, done.stderr), (0, ""))
 
+    def test_a_process_ends_its_sessions_before_its_other_finalizers_are_through(self):
+        # tempfile registers a finalizer before the package is imported: at the end of the process it comes later.
+        done = self.run_python(
+            "import tempfile\n"
+            "folder = tempfile.TemporaryDirectory()\n"
+            "import brimlet, threading\n"
+            "session = brimlet.Session(folder.name)\n"
+            "session.addUsers([{'id': id} for id in range(200)])\n"
+            "def work():\n"
+            "    try:\n"
+            "        while True: session.getUsers()\n"
+            "    except brimlet.NotLaunched: pass\n"
+            "threading.Thread(target=work, daemon=True).start()\n")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+
     def test_a_process_that_fails_ends(self):
         done = self.run_python("import brimlet; session = brimlet.Session(); session.getUser(7)")
         self.assertEqual(done.returncode, 1)
@@ -239,6 +273,12 @@ class LibraryTest(DirectoryTest):
         path = os.environ["BRIMLET_LIBRARY"]
         with mock.patch.dict(os.environ, BRIMLET_LIBRARY="/nowhere.so"):
             self.assertTrue(self.session(library=Path(path)).is_usable)
+
+    @unittest.skipUnless(sys.platform.startswith("linux"), "names are text here")
+    def test_a_path_of_bytes(self):
+        path = os.path.join(os.fsencode(self.directory), b"caf\xe9.so")
+        os.symlink(os.fsencode(os.environ["BRIMLET_LIBRARY"]), path)
+        self.assertTrue(self.session(library=path).is_usable)
 
     def test_environment_comes_before_the_system(self):
         with mock.patch.dict(os.environ, BRIMLET_LIBRARY="/nowhere.so"):

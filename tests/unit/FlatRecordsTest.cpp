@@ -1,6 +1,6 @@
 // The flat records: where their fields lie, which pair of the form carries each, what a record becomes, and how it is
 // released, field by field.
-#include "brimlet.h"
+#include "brimlet/brimlet.h"
 
 #include "api/EquipmentFlat.h"
 #include "api/EventFlat.h"

@@ -10,7 +10,9 @@ manual; what is the package's own is named as in all Python.
 
 from .codes import (
     AlreadyLaunched as AlreadyLaunched,
+    BackupFailed as BackupFailed,
     CallError as CallError,
+    CallInProgress as CallInProgress,
     Code as Code,
     Error as Error,
     Incomplete as Incomplete,
@@ -30,6 +32,7 @@ from .codes import (
     WriteFailed as WriteFailed,
 )
 from .documents import BareId as BareId, Document as Document
+from .launch import LaunchReport as LaunchReport
 from .records import (
     Contract as Contract,
     Contractor as Contractor,
@@ -46,5 +49,5 @@ from .records import (
     User as User,
     Zone as Zone,
 )
-from .session import Answer as Answer, LaunchReport as LaunchReport, Session as Session
+from .session import Answer as Answer, Session as Session
 from .version import __version__ as __version__

@@ -85,7 +85,11 @@ class AlreadyLaunched(SessionError):
 
 
 class NotLaunched(SessionError):
-    """A call came after the session's end."""
+    """A call came after the session's end, or in a forked child, where the launch is the parent's."""
+
+
+class CallInProgress(SessionError):
+    """A call came in the middle of another one on the same thread, from a signal handler or a finalizer."""
 
 
 class LaunchTimedOut(SessionError, TimeoutError):
@@ -94,6 +98,10 @@ class LaunchTimedOut(SessionError, TimeoutError):
 
 class LaunchEnded(SessionError):
     """launchCache came back without having run."""
+
+
+class BackupFailed(SessionError):
+    """The file cannot be backed up before the launch, which would replace it if it is damaged."""
 
 
 class CallError(Error):

@@ -4,7 +4,8 @@ import ctypes
 import ctypes.util
 import os
 import sys
-from typing import Any, Callable, ContextManager, Dict, List, Optional, Tuple, Union
+from functools import partial
+from typing import Any, Callable, Dict, List, Optional, Tuple, Union
 
 from .codes import Code, LibraryNotFound, code_of, error_for
 from .documents import text_of
@@ -12,7 +13,7 @@ from .functions import FUNCTIONS, DocumentInput, Function, Gives, Input, NumberI
 from .records import TextPointer, layout_of, read_text, units_of
 
 LIBRARY_VARIABLE = "BRIMLET_LIBRARY"
-PathArgument = Union[str, "os.PathLike[str]"]
+PathArgument = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
 
 
 def _candidates() -> List[str]:
@@ -30,7 +31,7 @@ def _candidates() -> List[str]:
 def _open(path: Optional[PathArgument]) -> ctypes.CDLL:
     chosen = path or os.environ.get(LIBRARY_VARIABLE)
     failures = []
-    for name in [os.fspath(chosen)] if chosen else _candidates():
+    for name in [os.fsdecode(chosen)] if chosen else _candidates():
         try:
             return ctypes.CDLL(name)
         except OSError as failure:
@@ -82,46 +83,40 @@ class Library:
                 self.releases[entry.family, len(entry.arguments)] = export
         self.release_text = _release_text()
 
-    def call(self, entry: Function[Any], arguments: Tuple[Any, ...], guard: ContextManager[Any]) -> Tuple[int, Any]:
-        """Calls a function under a guard. Gives the code and, with the code 0, what came out, all of it copied.
+    def call(self, entry: Function[Any], arguments: Tuple[Any, ...], run: Callable[..., int]) -> Tuple[int, Any]:
+        """Calls a function by `run`. Returns the code and, with the code 0, what came out, all of it copied.
 
-        What the library handed out is free again when this returns, and when the copying fails.
+        What the library handed out is free again when this returns, also if the copying fails or a signal handler
+        raises as the function returns.
         """
         puts = _inputs(entry, arguments)
-        export = self.exports[entry.name]
+        call = partial(run, self.exports[entry.name])
         if entry.gives is Gives.TEXTS:
-            return self._call_for_texts(entry, export, puts, guard)
+            return self._call_for_texts(entry, call, puts)
         if entry.gives is Gives.NOTHING:
-            with guard:
-                return code_of(export(*puts)), None
-        return self._call_for_records(entry, export, puts, guard)
+            return code_of(call(*puts)), None
+        return self._call_for_records(entry, call, puts)
 
-    def _call_for_records(
-        self, entry: Function[Any], export: Any, puts: List[Any], guard: ContextManager[Any]
-    ) -> Tuple[int, Any]:
+    def _call_for_records(self, entry: Function[Any], call: Callable[..., int], puts: List[Any]) -> Tuple[int, Any]:
         assert entry.family
         target = ctypes.POINTER(entry.structure)()
         count = [ctypes.c_uint32()] if entry.gives is Gives.LIST else []
-        with guard:
-            code = export(ctypes.byref(target), *map(ctypes.byref, count), *puts)
-        if code != Code.DONE:
-            return code_of(code), None
         read: Callable[[Any], Any] = layout_of(entry.family).read
         try:
-            value: Any = [read(target[index]) for index in range(count[0].value)] if count else read(target[0])
+            code = call(ctypes.byref(target), *map(ctypes.byref, count), *puts)
+            if code != Code.DONE:
+                return code_of(code), None
+            return Code.DONE, [read(target[index]) for index in range(count[0].value)] if count else read(target[0])
         finally:
-            freed = self.releases[entry.family, 1 + len(count)](target, *count)
-        if freed != Code.DONE:
-            raise error_for("the release behind " + entry.name, freed)
-        return Code.DONE, value
+            if target:
+                freed = self.releases[entry.family, 1 + len(count)](target, *count)
+                if freed != Code.DONE:
+                    raise error_for("the release behind " + entry.name, freed)
 
-    def _call_for_texts(
-        self, entry: Function[Any], export: Any, puts: List[Any], guard: ContextManager[Any]
-    ) -> Tuple[int, Any]:
+    def _call_for_texts(self, entry: Function[Any], call: Callable[..., int], puts: List[Any]) -> Tuple[int, Any]:
         targets = [TextPointer() for _ in range(entry.texts)]
-        with guard:
-            code = export(*map(ctypes.byref, targets), *puts)
         try:
+            code = call(*map(ctypes.byref, targets), *puts)
             texts = tuple(read_text(target) for target in targets)
         finally:
             for target in targets:

@@ -96,8 +96,9 @@ BRIMLET_API int32_t launchCache(void);
  * No other call may be running. Afterwards a client may only call getState, getLaunchCacheResult, the free functions
  * and launchCache. Does nothing if nothing is launched.
  *
- * A process may exit without it. An exit handler may call it only if it was registered after the launch was finished,
- * because Qt cleans up before handlers that were registered earlier.
+ * Once getState no longer returns BRIMLET_STATE_NONE a process may exit without it; before that, its exit may crash or
+ * hang in Qt. An exit handler may call it only if it was registered after the launch was finished, because Qt cleans up
+ * before handlers that were registered earlier.
  */
 BRIMLET_API void exitCache(void);
 
