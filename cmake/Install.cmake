@@ -61,8 +61,9 @@ install(DIRECTORY docs DESTINATION ${documentation_directory} COMPONENT developm
     FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png")
 install(DIRECTORY examples/ DESTINATION ${documentation_directory}/examples COMPONENT development
     PATTERN "CMakeLists.txt" EXCLUDE)
-install(FILES cmake/InstalledExample.cmake DESTINATION ${documentation_directory}/examples RENAME CMakeLists.txt
-    COMPONENT development)
+configure_file(cmake/InstalledExample.cmake.in InstalledExample.cmake @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/InstalledExample.cmake DESTINATION ${documentation_directory}/examples
+    RENAME CMakeLists.txt COMPONENT development)
 
 # The C# binding as sources: a client's own compiler makes the assembly that fits its runtime.
 install(DIRECTORY bindings/dotnet DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/brimlet COMPONENT development
@@ -73,5 +74,6 @@ install(DIRECTORY bindings/dotnet DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/briml
 if(NOT WIN32)
     install(DIRECTORY bindings/python/brimlet DESTINATION lib/python3/dist-packages COMPONENT tools
         PATTERN "__pycache__" EXCLUDE)
-    install(PROGRAMS cmake/brimlet.py DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME brimlet COMPONENT tools)
+    configure_file(cmake/brimlet.py.in brimlet.py @ONLY)
+    install(PROGRAMS ${PROJECT_BINARY_DIR}/brimlet.py DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME brimlet COMPONENT tools)
 endif()
