@@ -1044,9 +1044,8 @@ public:
     void makeReady(std::chrono::milliseconds timeout)
     {
         endForgotten(timeout);
-        if (thread.joinable()
-            || ::getState() != BRIMLET_STATE_NONE) // by others, or by the process that forked this one
-            throw AlreadyLaunched();
+        if (thread.joinable() || ::getState() != BRIMLET_STATE_NONE)
+            throw AlreadyLaunched(); // by others, or by the process that forked this one
     }
 
     LaunchResult launch(const std::filesystem::path &directory, std::chrono::milliseconds timeout)

@@ -28,12 +28,17 @@ namespace Brimlet
 
         internal static void Disclaim() => Volatile.Write(ref isClaimed, 0);
 
-        internal static LaunchResult Launch(string directory, TimeSpan timeout)
+        // Another part of the process may have launched the library.
+        internal static void ExpectNone()
         {
             if (Native.getState() != State.None)
             {
                 throw AlreadyLaunched();
             }
+        }
+
+        internal static LaunchResult Launch(string directory, TimeSpan timeout)
+        {
             before = Directory.GetCurrentDirectory();
             Directory.SetCurrentDirectory(directory);
             hasEnded = false;

@@ -2,16 +2,18 @@ using System;
 using System.Collections.Generic;
 using System.IO;
 using System.Runtime.CompilerServices;
+using System.Threading;
 
 namespace Brimlet
 {
     /// <summary>How the launches of a session went.</summary>
     public sealed class LaunchReport
     {
-        internal LaunchReport(LaunchResult first, LaunchResult? second)
+        internal LaunchReport(LaunchResult first, LaunchResult? second, string kept)
         {
             First = first;
             Second = second;
+            Kept = kept;
         }
 
         /// <summary>The first launch.</summary>
@@ -22,6 +24,10 @@ namespace Brimlet
 
         /// <summary>The launch that the session runs on.</summary>
         public LaunchResult Last => Second ?? First;
+
+        /// <summary>Where the replaced file is now, or null where none was kept. It may come from an earlier launch
+        /// that was cut short.</summary>
+        public string Kept { get; }
     }
 
     /// <summary>What getSiteNameAndAddress gives.</summary>
@@ -58,34 +64,46 @@ namespace Brimlet
         private static readonly TimeSpan defaultTimeout = TimeSpan.FromSeconds(10);
 
         private readonly object gate = new object();
+        private readonly FileKeeper keeper;
         private bool isDisposed;
 
         /// <summary>
         /// Launches the library on a thread of its own and waits until it runs.
         ///
-        /// A file that fails its checks is replaced at launch by one that cannot be used. Nothing of it is left then,
-        /// so a session recovers unless it is told not to: it exits, removes the file and its journal, and launches
-        /// again. Both results stand in Report.
+        /// A file that fails its checks is replaced at launch by one that cannot be used. So a session recovers unless
+        /// it is told not to: it exits, removes that file and its journal, and launches again. Both results stand in
+        /// Report. What was replaced is kept in the directory as CacheDb.damaged- with the time, and with the -journal
+        /// and -wal that it had.
         /// </summary>
         /// <param name="directory">Where the file is. It has to exist.</param>
         /// <param name="timeout">How long each launch may take: 10 seconds where nothing is said, without end for
         /// Timeout.InfiniteTimeSpan.</param>
         /// <param name="recover">Whether to launch a second time, without the file, where the first replaced it.
         /// </param>
+        /// <param name="keepDamaged">How many replaced files to keep: the newest ones, or none for 0.</param>
+        /// <exception cref="ArgumentOutOfRangeException">keepDamaged is negative.</exception>
         /// <exception cref="InvalidOperationException">Another session lives, another part of the process has launched
         /// the library, or the launch came back by itself.</exception>
         /// <exception cref="TimeoutException">A launch takes too long. It goes on behind the scenes, and the working
         /// directory stays where it is until the next session, or the end of the process, has waited for it and ended
         /// it.</exception>
-        /// <exception cref="IOException">The directory cannot be entered, or its file not be removed.</exception>
-        public Session(string directory = ".", TimeSpan? timeout = null, bool recover = true)
+        /// <exception cref="IOException">The directory cannot be entered, or its file not be kept or removed. A file
+        /// that cannot be kept is not launched.</exception>
+        public Session(string directory = ".", TimeSpan? timeout = null, bool recover = true, int keepDamaged = 3)
         {
+            if (keepDamaged < 0)
+            {
+                throw new ArgumentOutOfRangeException(nameof(keepDamaged));
+            }
             TimeSpan patience = timeout ?? defaultTimeout;
             Library.Claim();
             try
             {
                 Library.EndForgotten(patience); // it may hold the working directory
-                Report = Launch(Path.GetFullPath(directory), patience, recover);
+                Library.ExpectNone();
+                string path = Path.GetFullPath(directory);
+                keeper = new FileKeeper(path, keepDamaged);
+                Report = Launch(path, patience, recover);
             }
             catch
             {
@@ -109,7 +127,15 @@ namespace Brimlet
 
         /// <summary>Exits, after a call that another thread is in, and waits for the launch thread. A session that
         /// nobody disposes of is so at the end of the process.</summary>
+        /// <exception cref="InvalidOperationException">A callback disposes of the session whose call it interrupts.
+        /// </exception>
         public void Dispose()
+        {
+            ExpectNoCall();
+            End();
+        }
+
+        private void End()
         {
             lock (gate)
             {
@@ -118,25 +144,30 @@ namespace Brimlet
                     isDisposed = true;
                     AppDomain.CurrentDomain.ProcessExit -= DisposeAtExit;
                     Library.Exit();
+                    keeper.Drop();
                     Library.Disclaim();
                 }
             }
         }
 
-        private static LaunchReport Launch(string directory, TimeSpan timeout, bool recover)
+        private LaunchReport Launch(string directory, TimeSpan timeout, bool recover)
         {
+            keeper.Hold();
             LaunchResult first = Library.Launch(directory, timeout);
-            if (!recover || !first.IsReplaced())
+            bool isRecovering = recover && first.IsReplaced();
+            if (isRecovering)
             {
-                return new LaunchReport(first, null);
+                Library.Exit();
+                File.Delete(Path.Combine(directory, "CacheDb"));
+                File.Delete(Path.Combine(directory, "CacheDb-journal"));
             }
-            Library.Exit();
-            File.Delete(Path.Combine(directory, "CacheDb"));
-            File.Delete(Path.Combine(directory, "CacheDb-journal"));
-            return new LaunchReport(first, Library.Launch(directory, timeout));
+            keeper.Settle(first.IsUsable());
+            LaunchResult? second = isRecovering ? Library.Launch(directory, timeout) : (LaunchResult?)null;
+            return new LaunchReport(first, second, keeper.Kept);
         }
 
-        private void DisposeAtExit(object sender, EventArgs arguments) => Dispose();
+        // Also from a callback, since no thread goes back into the call that it interrupts.
+        private void DisposeAtExit(object sender, EventArgs arguments) => End();
 
         // ---- Shapes of the calls ----
 
@@ -148,9 +179,20 @@ namespace Brimlet
         private delegate Code ArrayForField(ref IntPtr records, ref uint count, char* key, uint keyLength, char* value,
             uint valueLength);
 
+        // The lock lets its own thread in again, and so a callback that the client has given to Qt or SQLite. The
+        // library must not be entered twice.
+        private void ExpectNoCall()
+        {
+            if (Monitor.IsEntered(gate))
+            {
+                throw new InvalidOperationException("a callback cannot use the session whose call it interrupts");
+            }
+        }
+
         // The one place where the library is called while it runs.
         private Code Call(Func<Code> function)
         {
+            ExpectNoCall();
             lock (gate)
             {
                 if (isDisposed)

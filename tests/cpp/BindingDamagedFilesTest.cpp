@@ -7,7 +7,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
-#include <regex>
 #include <set>
 #include <string>
 
@@ -74,7 +73,10 @@ TEST_P(BindingDamagedFilesOf, ALaunchHaveTheTimeInTheirName)
     EXPECT_TRUE(kept.is_absolute());
     EXPECT_TRUE(fs::equivalent(kept.parent_path(), "cache"));
     const std::string name = kept.filename().string();
-    EXPECT_TRUE(std::regex_match(name, std::regex(R"(CacheDb\.damaged-\d{8}T\d{6}\.\d{3}Z)"))) << name;
+    std::string shape = name;
+    std::replace_if(
+        shape.begin(), shape.end(), [](char unit) { return unit >= '0' && unit <= '9'; }, '0');
+    EXPECT_EQ(shape, "CacheDb.damaged-00000000T000000.000Z");
     EXPECT_EQ(read(kept), noDatabase);
     EXPECT_EQ(others(), Names{name});
 }

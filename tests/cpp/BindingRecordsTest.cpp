@@ -56,6 +56,15 @@ TEST_F(BindingRecords, AbsentIsNotEmpty)
     EXPECT_FALSE(user->domain());
 }
 
+TEST_F(BindingRecords, FlagsAreNumbersAndTrueIsFalse)
+{
+    ASSERT_EQ(session.addUsers(R"({"D":{"items":[{"id":7,"active":true},{"id":8,"active":1}]}})"), Code::Done);
+    const auto sentTrue = session.getUser(7);
+    const auto sentOne = session.getUser(8);
+    EXPECT_EQ(sentTrue->isActive(), false);
+    EXPECT_EQ(sentOne->isActive(), true);
+}
+
 TEST_F(BindingRecords, ViewsLookAtTheRecordItself)
 {
     ASSERT_EQ(session.addUsers(R"({"D":{"items":[{"id":7,"name":"Anna"}]}})"), Code::Done);

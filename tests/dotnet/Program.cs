@@ -17,7 +17,11 @@ internal static class Program
         { "Session", SessionTest.Run },
         { "SessionLeftOpen", SessionTest.LeaveOpen },
         { "LaunchLeftAlone", SessionTest.LeaveLaunchAlone },
-        { "Recovery", RecoveryTest.Run }
+        { "Recovery", RecoveryTest.Run },
+        { "Callback", CallbackTest.Run },
+        { "ExitInCallback", CallbackTest.ExitInCallback },
+        { "Keeping", KeepingTest.Run },
+        { "KeepingWithoutLinks", KeepingTest.RunWithoutLinks }
     };
 
     internal static string Sources { get; private set; }

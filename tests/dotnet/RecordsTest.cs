@@ -43,6 +43,7 @@ internal static class RecordsTest
             Update(session);
             Delete(session);
             ReadAbsent(session);
+            ReadFlags(session);
         }
     }
 
@@ -171,6 +172,13 @@ internal static class RecordsTest
     }
 
     // Documents with nothing but an id give records with nothing but an id.
+    private static void ReadFlags(Session session)
+    {
+        session.AddUsers(Items("{'id':2,'active':true},{'id':3,'active':1}"));
+        Check.Equal("true in a document is stored as false", false, session.GetUser(2).IsActive);
+        Check.Equal("and 1 as true", true, session.GetUser(3).IsActive);
+    }
+
     private static void ReadAbsent(Session session)
     {
         session.ClearAll();

@@ -4,6 +4,8 @@ using System.Diagnostics;
 using System.IO;
 using System.Linq;
 using System.Reflection;
+using System.Runtime.InteropServices;
+using System.Text;
 using System.Threading;
 using Brimlet;
 
@@ -13,6 +15,21 @@ internal static class SessionTest
     private const int attempts = 50;
     private const int milliseconds = 120000; // before a process counts as hanging
 
+    [DllImport("libc")]
+    private static extern int mkdir(byte[] path, int mode);
+
+    [DllImport("libc")]
+    private static extern int rmdir(byte[] path);
+
+    [DllImport("brimlet")]
+    private static extern int launchCache();
+
+    [DllImport("brimlet")]
+    private static extern void exitCache();
+
+    [DllImport("brimlet")]
+    private static extern State getState();
+
     internal static void Run()
     {
         using (var workplace = new Workplace())
@@ -20,11 +37,13 @@ internal static class SessionTest
             LiveOnce(workplace.Directory);
             ComeBack(workplace.Directory);
             RefuseDirectories(workplace);
+            LeaveForeignLaunchAlone(workplace);
             RunOutOfTime(workplace.Directory);
             UseThreads(workplace.Directory);
             DisposeUnderCalls(workplace.Directory);
             Forget("SessionLeftOpen", workplace.Directory, "at the end the library is None");
             Forget("LaunchLeftAlone", workplace.Directory, "the launch is not finished in time");
+            Forget("ExitInCallback", workplace.Directory, "at the end the library is None");
         }
     }
 
@@ -85,9 +104,14 @@ internal static class SessionTest
         Check.Throws<DirectoryNotFoundException>("a missing directory is refused",
             () => new Session(workplace.File("missing")));
         Check.Throws<ArgumentNullException>("and no directory", () => new Session(null));
+        byte[] path = Encoding.GetEncoding("iso-8859-1").GetBytes(workplace.File("K\u00e4fer") + '\0');
+        Check.Equal("a directory is made whose name is not UTF-8", 0, mkdir(path, 511)); // 0777
+        string name = Directory.GetDirectories(workplace.Directory).Single();
+        Check.Throws<DirectoryNotFoundException>("it is refused too", () => new Session(name));
+        Check.Equal("and stays empty", 0, rmdir(path));
         using (var session = new Session(workplace.Directory))
         {
-            Check.That("neither is in the way of the next session", session.IsUsable);
+            Check.That("none is in the way of the next session", session.IsUsable);
         }
     }
 
@@ -107,6 +131,26 @@ internal static class SessionTest
             Check.That("and a relative one counts from there", File.Exists(Path.Combine(next, "CacheDb")));
         }
         Directory.Delete(next, true);
+    }
+
+    // Another part of the process has the library.
+    private static void LeaveForeignLaunchAlone(Workplace workplace)
+    {
+        string before = Directory.GetCurrentDirectory();
+        Directory.SetCurrentDirectory(workplace.Directory);
+        var launch = new Thread(() => launchCache());
+        launch.Start();
+        while (getState() != State.Running)
+        {
+            Thread.Yield();
+        }
+        Check.Throws<InvalidOperationException>("a launch that is none of a session's is not taken over",
+            () => new Session(workplace.Directory));
+        Check.Equal("but left alone", State.Running, getState());
+        Check.That("its file too", !File.Exists(workplace.File("CacheDb.before-launch")));
+        exitCache();
+        launch.Join();
+        Directory.SetCurrentDirectory(before);
     }
 
     private static bool HasRunOut(string directory)

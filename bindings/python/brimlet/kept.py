@@ -77,7 +77,7 @@ class Backup:
             return
         present = [suffix for suffix in _SUFFIXES if _is_regular(self._file + suffix)]
         if not any(os.path.getsize(self._file + suffix) for suffix in present):
-            return  # what an unusable launch leaves: kept at each further launch, it would push out the files that count
+            return  # an unusable launch leaves an empty file: kept each time, it would push out those that count
         self._before = _identity(os.lstat(self._file))
         try:
             for suffix in present:
@@ -99,9 +99,9 @@ class Backup:
         while any(os.path.lexists(self._kept_name(moment) + suffix) for suffix in _SUFFIXES):
             moment += timedelta(milliseconds=1)
         kept = self._kept_name(moment)
-        for suffix in self._held:
+        for suffix in list(self._held):
             os.rename(self._name + suffix, kept + suffix)
-        self._held = []
+            self._held.remove(suffix)
         self._remove_older(os.path.basename(kept))
         return Path(kept)
 

@@ -1,7 +1,7 @@
 """A launch of the library: its thread and working directory, its calls one at a time, and its end.
 
 Signal handlers and finalizers run on a thread that may be anywhere in here, and a handler may raise. So no thread waits
-for itself, and whatever is cut short is left in a state from which the next session, or the end of the process, goes on.
+for itself, and what is cut short is left in a state from which the next session, or the end of the process, goes on.
 """
 
 import atexit
