@@ -6,6 +6,8 @@ usage: python3 -m generator DESCRIBE [--check]     DESCRIBE is the program that 
 import argparse
 import difflib
 import json
+import keyword
+import re
 import subprocess
 import sys
 import textwrap
@@ -17,6 +19,9 @@ import jinja2
 from . import check, model
 
 OUTPUTS = {
+    "bindings/python/brimlet/codes.py": "codes.py.jinja",
+    "bindings/python/brimlet/functions.py": "functions.py.jinja",
+    "bindings/python/brimlet/records.py": "records.py.jinja",
     "src/api/exports.txt": "exports.txt",
     "tests/abi/layout.txt": "layout.txt",
 }
@@ -34,7 +39,7 @@ def render(describe: str) -> Dict[Path, str]:
         loader=jinja2.FileSystemLoader(Path(__file__).parent / "templates"), undefined=jinja2.StrictUndefined,
         trim_blocks=True, lstrip_blocks=True, keep_trailing_newline=True,
     )
-    environment.filters.update(wrap=wrap, layout=layout)
+    environment.filters.update(wrap=wrap, layout=layout, camel=camel, phrase=phrase, python=python, identifier=identifier)
     return {model.ROOT / path: environment.get_template(template).render(api=api, lists=lists, model=model)
             for path, template in OUTPUTS.items()}
 
@@ -59,10 +64,10 @@ def main() -> None:
 # ---- What templates use ----
 
 
-def wrap(text: str, prefix: str, width: int = 120) -> str:
-    """A paragraph as lines that all begin with the prefix."""
-    return textwrap.fill(text, width, initial_indent=prefix, subsequent_indent=prefix, break_long_words=False,
-                         break_on_hyphens=False)
+def wrap(text: str, prefix: str, width: int = 120, first: str = "") -> str:
+    """A paragraph as lines that all begin with the prefix, unless the first one has its own."""
+    return textwrap.fill(text, width, initial_indent=first or prefix, subsequent_indent=prefix,
+                         break_long_words=False, break_on_hyphens=False)
 
 
 def layout(record: model.Record) -> List[Tuple[str, int, int]]:
@@ -77,6 +82,36 @@ def layout(record: model.Record) -> List[Tuple[str, int, int]]:
         fields.append((f"{record.name}.{field.name}", end, size))
         end += size
     return [(record.name, end + -end % alignment, alignment), *fields]
+
+
+def camel(name: str, prefix: str) -> str:
+    """The name of a value without its prefix, in camel case: NotFound for BRIMLET_NOT_FOUND."""
+    return name[len(prefix):].title().replace("_", "")
+
+
+def phrase(sentence: str) -> str:
+    """A sentence to be put behind a colon or a comma."""
+    return sentence[0].lower() + sentence[1:].rstrip(".")
+
+
+# ---- Python ----
+
+
+def python(words: str) -> str:
+    """Words of the headers for a reader of Python: its names of records and values, and lists instead of arrays."""
+    for pattern, replacement in (
+        (r"\bFlat(?=[A-Z])", ""),
+        (r"\bBRIMLET_LAUNCH_(?=[A-Z])", "LaunchResult."), (r"\bBRIMLET_STATE_(?=[A-Z])", "State."),
+        (r"\bBRIMLET_(?=[A-Z])", "Code."),
+        (r"\ban array\b", "a list"), (r"\barray\b", "list"),
+    ):
+        words = re.sub(pattern, replacement, words)
+    return words
+
+
+def identifier(name: str) -> str:
+    """A name that is no keyword of Python."""
+    return name + "_" if keyword.iskeyword(name) else name
 
 
 if __name__ == "__main__":

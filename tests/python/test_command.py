@@ -132,10 +132,10 @@ class CallTest(CommandTest):
 
     def test_a_file_that_is_no_database_is_recovered_from_unless_told_not_to(self):
         self.file.write_bytes(b"nonsense" * 1000)
-        done = self.fails(6, "103, the file is no database", "--no-recover", "call", "getUsers")
+        done = self.fails(6, "103, the file is not a database", "--no-recover", "call", "getUsers")
         self.assertEqual(done, "")
-        self.fails(8, "103, the file is no database or of another version, it was replaced by an empty one; it was "
-                      "removed, and launched again: 100, the file was created", "call", "getUsers")
+        self.fails(8, "103, the file is not a database or has another version, and was replaced by an empty one; it "
+                      "was removed, and launched again: 100, the file was created", "call", "getUsers")
 
     def test_verbose_lets_the_library_speak(self):
         self.fails(10, "", "call", "addUsers", "x")

@@ -1,9 +1,7 @@
-"""The records, each field once.
+"""How a record is read from its flat record: the kinds of fields, and what ctypes needs of each.
 
-A record is a frozen dataclass. The annotation of a field says what it is in Python, and, hidden in it, how it lies in
-the flat record of the same name in FlatRecords.h; the ctypes Structure and its reader are made from that. Fields stand
-in the order of the flat record and bear its names. An absent field is None, arrays are tuples, and the counts behind
-them are left out.
+The annotation of a field of a record says what it is in Python, and, hidden in it, how it lies in the flat record of
+the same name; the ctypes Structure and its reader are made from that.
 """
 
 import ctypes
@@ -100,8 +98,8 @@ class _OneRecord(_Cell):
         return read
 
 
-class _Count:
-    """The name of a count that is not that of its array with "Count" behind."""
+class Count:
+    """The name of a count that is not the name of its array with "Count" behind."""
 
     def __init__(self, name: str) -> None:
         self.name = name
@@ -185,7 +183,8 @@ def all_records() -> List[type]:
     return list(_LAYOUTS)
 
 
-def _flat(record: Type[R]) -> Type[R]:
+def flat(record: Type[R]) -> Type[R]:
+    """Gives a dataclass its layout."""
     _LAYOUTS[record] = Layout(record)
     return record
 
@@ -203,231 +202,3 @@ Text = Annotated[Optional[str], _Text()]
 Numbers = Annotated[Tuple[int, ...], _ManyNumbers()]
 One = Annotated[Optional[R], _OneRecord()]
 Many = Annotated[Tuple[R, ...], _ManyRecords()]
-
-
-# ---- The records ----
-
-
-@_flat
-@dataclass(frozen=True)
-class Locale:
-    """A locale."""
-
-    id: Key
-    iso: Text
-    description: Text
-
-
-@_flat
-@dataclass(frozen=True)
-class Domain:
-    """A domain, with its locale if the store holds it."""
-
-    id: Key
-    name: Text
-    orgId: Number
-    locale: One[Locale]
-
-
-@_flat
-@dataclass(frozen=True)
-class User:
-    """An operator of the monitoring service, with the domain if the store holds it."""
-
-    id: Key
-    name: Text
-    login: Text
-    contacts: Text
-    isActive: Flag
-    domainId: Number
-    roles: Number
-    phone: Long
-    domain: One[Domain]
-    orgId: Number
-
-
-@_flat
-@dataclass(frozen=True)
-class Person:
-    """The contact person of an organization."""
-
-    id: Key
-    name: Text
-    phone: Text
-    email: Text
-    postal: Text
-
-
-@_flat
-@dataclass(frozen=True)
-class Organization:
-    """An organization, with its contact person and its locale if the store holds them."""
-
-    id: Key
-    inn: Text
-    officialName: Text
-    shortName: Text
-    kpp: Text
-    ogrn: Text
-    address: Text
-    contact: One[Person]
-    locale: One[Locale]
-
-
-@_flat
-@dataclass(frozen=True)
-class Contractor:
-    """A party to contracts."""
-
-    id: Key
-    inn: Text
-    orgId: Number
-    type: Number
-    officialName: Text
-    name: Text
-    extra: Text
-
-
-@_flat
-@dataclass(frozen=True)
-class Contract:
-    """A contract, with its contractor and its operator if the store holds them."""
-
-    id: Key
-    number: Text
-    contractor: One[Contractor]
-    name: Text
-    status: Number
-    date: Number
-    description: Text
-    extra: Text
-    user: One[User]
-
-
-@_flat
-@dataclass(frozen=True)
-class Zone:
-    """A zone. Its device and section are not part of it."""
-
-    id: Key
-    name: Text
-    detector: Number
-    physic: Number
-    form: Number
-    flags: Number
-    delay: Number
-    scheduleId: Number
-    tracert: Number
-    uidType: Number
-    arm: Number
-
-
-@_flat
-@dataclass(frozen=True)
-class Section:
-    """A section with its zones. Its device is not part of it."""
-
-    id: Key
-    name: Text
-    scheduleId: Number
-    zones: Many[Zone]
-    tracert: Number
-    flags: Number
-    detector: Number
-    arm: Number
-    physic: Number
-    form: Number
-    delay: Number
-    uidType: Number
-
-
-@_flat
-@dataclass(frozen=True)
-class DeviceUser:
-    """A user programmed into a device, with the numbers of the sections that this user reaches."""
-
-    id: Key
-    name: Text
-    comment: Text
-    phone: Text
-    sections: Numbers
-
-
-@_flat
-@dataclass(frozen=True)
-class Device:
-    """A device with its sections and users, and with the domain if the store holds it."""
-
-    id: Key
-    account: Number
-    domain: One[Domain]
-    configVersion: Number
-    sections: Many[Section]
-    users: Many[DeviceUser]
-    isParted: Flag
-    clusterId: Number
-    domainId: Number
-
-
-@_flat
-@dataclass(frozen=True)
-class Location:
-    """Where a site lies, under the site's own id."""
-
-    id: Key
-    latitude: Real
-    longitude: Real
-
-
-@_flat
-@dataclass(frozen=True)
-class Site:
-    """A site, with its domain, location and contract if the store holds them. A read gives no devices."""
-
-    id: Key
-    name: Text
-    comment: Text
-    extra: Text
-    isCrossing: Flag
-    domain: One[Domain]
-    address: Text
-    contract: One[Contract]
-    contractStatus: Signed
-    type: Number
-    category: Number
-    armMode: Number
-    isDelegated: Flag
-    devices: Annotated[Many[Device], _Count("deviceCount")]
-    domainId: Number
-    location: One[Location]
-    contractId: Signed
-    isSitePlanExists: Flag
-
-
-@_flat
-@dataclass(frozen=True)
-class Event:
-    """An event. The last four fields come from the equipment and the operator that the event names."""
-
-    id: Key
-    time: Number
-    deviceId: Signed
-    sectionId: Number
-    zoneId: Number
-    active: Small
-    eventClass: Small
-    detector: Small
-    reason: Small
-    localTime: Number
-    channel: Signed
-    data: Text
-    reviewId: Number
-    reviewState: Small
-    userId: Number
-    isClosed: Flag
-    affect: Flag
-    jData: Text
-    account: Number
-    sectionName: Text
-    zoneName: Text
-    domainName: Text
