@@ -240,6 +240,12 @@ class Field:
     words: str
     place: str
 
+    @property
+    def meaning(self) -> str:
+        """The words for those who read a record, without the key that documents have for the field."""
+        words = re.sub(r' ?\bKey "[^.]*\.', "", self.words)
+        return re.sub(r"No key: (\w)", lambda begin: begin[1].upper(), words)
+
 
 @dataclass(frozen=True)
 class Record:

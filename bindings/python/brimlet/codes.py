@@ -44,7 +44,7 @@ class LaunchResult(LaunchValue):
 class State(Value):
     """The result of getState."""
 
-    NONE = 0, "nothing is launched, or the launch is not finished"
+    NONE = 0, "not launched"
     LAUNCHED = 1, "the launch is finished, and the event loop is about to start"
     RUNNING = 2, "the event loop runs"
 

@@ -986,7 +986,7 @@ class Calls:
         """Clears the affect flag of an event, and gets the event as stored.
 
         :param json: id-only document with "id"
-        :returns: the event
+        :returns: the event as stored
         :raises Incomplete: "D" is missing or not an object, or "id" is missing
         :raises ReadFailed: the store could not be read
         :raises NotFound: the store has no event with this id

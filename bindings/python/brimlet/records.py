@@ -108,7 +108,7 @@ class Organization:
     :ivar kpp: Registration number KPP. Key "kpp".
     :ivar ogrn: Registration number OGRN. Key "ogrn".
     :ivar address: Address. Key "address_text".
-    :ivar contact: Contact person. Key "contact", an object with the keys of Person. An empty object or a value of
+    :ivar contact: Contact person. Key "contact", an object with the keys of Person; an empty object or a value of
         another type is no contact.
     :ivar locale: Locale. Key "locale_id", the id of a locale.
     """
@@ -319,7 +319,7 @@ class Site:
     :ivar isDelegated: Whether the site is delegated. Key "delegated", a flag.
     :ivar devices: Devices. Key "devices". Empty in every record that the library returns.
     :ivar domainId: Id of the domain. Key "domain".
-    :ivar location: Location. Key "location", an object with the keys of Location. An empty object or a value of another
+    :ivar location: Location. Key "location", an object with the keys of Location; an empty object or a value of another
         type is no location.
     :ivar contractId: Id of the contract. Key "contract_id".
     :ivar isSitePlanExists: Whether there is a plan of the site. Key "site_plan", a flag.
