@@ -63,8 +63,8 @@ class ModelTest(unittest.TestCase):
         self.assertIsNone(self.api.function("setServerIp").inputs[0].form)
 
     def test_out_parameters_receive_something(self):
-        samples = {"getUser": ["the user"], "getEvents": ["the array of events"], "removeAffectFlag": ["the event as stored"],
-                   "addEvents": ["the array of events"], "getSiteNameAndAddress": ["the name", "the address"]}
+        samples = {"getUser": ["the user"], "getEvents": ["the array of events"], "addEvents": ["the array of events"],
+                   "removeAffectFlag": ["the event as stored"], "getSiteNameAndAddress": ["the name", "the address"]}
         for name, received in samples.items():
             self.assertEqual([output.received for output in self.api.function(name).outputs], received)
 
