@@ -1,4 +1,4 @@
-# The example client on an installed library. From this folder:
+# Builds the example client with an installed library. In this folder, run:
 #   cmake -S . -B ~/example && cmake --build ~/example && ~/example/brimlet_example data
 cmake_minimum_required(VERSION 3.16)
 project(BrimletExample LANGUAGES C CXX)
