@@ -1,4 +1,4 @@
-"""The page of the result codes against the headers and the list of exports."""
+"""Compares docs/result-codes.md with the headers and the list of exports."""
 
 import re
 import unittest
@@ -15,12 +15,12 @@ class ResultCodesTest(unittest.TestCase):
     def setUp(self):
         self.page = sections("docs/result-codes.md", level=3)
 
-    def test_every_code_stands_on_the_page_under_its_name(self):
+    def test_the_page_has_every_code_under_its_name(self):
         values = [value for enumeration in self.api.enumerations for value in enumeration.values]
         self.assertEqual([title for title in self.page if ", BRIMLET_" in title],
                          [f"{value.number}, {value.name}" for value in values])
 
-    def test_every_function_stands_once_with_the_codes_that_the_header_lists(self):
+    def test_the_page_lists_every_function_once_with_the_codes_of_the_header(self):
         listed = {}
         for title, text in self.page.items():
             if ", BRIMLET_" in title or title == "Lifecycle":
@@ -35,16 +35,16 @@ class ResultCodesTest(unittest.TestCase):
         self.assertEqual(listed, {function.name: {numbers[result.name] for result in function.results}
                                   for function in self.api.functions if function.name not in lifecycle})
 
-    def test_no_export_is_left_out(self):
+    def test_the_header_declares_every_export(self):
         exports = {line for line in source("src/api/exports.txt").split("\n") if line and not line.startswith("#")}
         self.assertEqual({function.name for function in self.api.functions}, exports)
 
-    def test_every_value_of_the_cpp_header_has_its_comment(self):  # Doxygen does not ask for those of values
+    def test_every_value_of_the_cpp_header_has_its_comment(self):  # Doxygen does not require comments of values
         for values in re.findall(r"^enum[^{;]*\{(.*?)^\};", source("bindings/cpp/brimlet.hpp"),
                                  re.DOTALL | re.MULTILINE):
             self.assertEqual(len(re.findall(r"^    \w+ =", values, re.MULTILINE)), values.count("/**<"), values)
 
-    def test_every_reason_is_given(self):
+    def test_every_code_has_a_condition(self):
         for title, text in self.page.items():
             for cells in rows(text):
                 self.assertEqual(len(cells), 2, title)

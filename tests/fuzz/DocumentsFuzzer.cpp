@@ -1,6 +1,6 @@
 // Documents through the envelope, the three forms and every object reader, without a store. The first byte chooses:
-// a capital letter from A to M a batch of one of the readers below, a small one a single record, anything else a bare
-// id. The rest is the document. What a reader accepts is also made a flat record and released.
+// a capital letter from A to M a batch of one of the readers below, a small one a single record, anything else an
+// id-only document. The rest is the document. What a reader accepts is also converted to a flat record and released.
 #include "Fuzzer.h"
 #include "Input.h"
 #include "Library.h"
@@ -51,7 +51,7 @@ void readAsOne(const QString &text, ObjectReader<Record, Keys> fill)
         flattenAndRelease(std::vector<Record>{*record});
 }
 
-// Either form by one reader.
+// Both forms of one reader.
 template<class Record, class Keys>
 void read(const QString &text, bool isBatch, ObjectReader<Record, Keys> fill)
 {

@@ -29,7 +29,7 @@ class CodesTest(DirectoryTest):
         connection.close()
 
     def answers(self, name, code):
-        """Has a function answer a code that no input can bring about."""
+        """Makes a function return a code that no input causes."""
         entry = self.open._library.exports[name]
         prototype = ctypes.CFUNCTYPE(ctypes.c_uint32, *entry.argtypes)
         return mock.patch.dict(self.open._library.exports, {name: prototype(lambda *arguments: code)})

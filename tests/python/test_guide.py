@@ -12,7 +12,7 @@ from support import COMMAND, ROOT, DirectoryTest, source
 
 
 def blocks(guide):
-    """(language, text, what it prints) for each block that runs. What it prints stands in the text block behind it."""
+    """(language, text, output) for each block that runs. Its expected output is the text block after it."""
     found = re.findall(r"^```(\w+)\n(.*?)^```$", source(guide), re.DOTALL | re.MULTILINE)
     for (language, text), (further, printed) in zip(found, found[1:] + [("", "")]):
         if language != "text":

@@ -1,4 +1,4 @@
-"""What the library hands out goes back, also when its copying fails."""
+"""The package releases what it receives, also if copying it fails."""
 
 import ctypes
 import unittest
@@ -11,7 +11,7 @@ from support import DATA, DirectoryTest, is_sanitized
 
 
 class Usage(ctypes.Structure):
-    """The answer of mallinfo2."""
+    """The result of mallinfo2."""
 
     _fields_ = [(name, ctypes.c_size_t) for name in (
         "arena", "ordblks", "smblks", "hblks", "hblkhd", "usmblks", "fsmblks", "uordblks", "fordblks", "keepcost")]
@@ -112,7 +112,7 @@ class MemoryTest(DirectoryTest):
             return bytes_in_use() - before
 
         growth(5)  # caches fill
-        # One round hands out about a megabyte, so forty that lost a thousandth of it would show.
+        # One round receives about a megabyte, so a leak of a thousandth of it shows after forty rounds.
         self.assertLess(growth(40), 40_000)
         with mock.patch.object(library, "layout_of", return_value=mock.Mock(read=mock.Mock(side_effect=KeyError))):
             before = bytes_in_use()

@@ -24,7 +24,7 @@ protected:
         lines.clear();
     }
 
-    // Launches, exits and gives the result; the lines are those of the launch.
+    // Launches, exits and returns the result; the lines are those of the launch.
     uint32_t launch()
     {
         lines.clear();
@@ -58,7 +58,7 @@ bool makeLink(const std::string &target)
 
 constexpr const char *withoutLinks = "the system has no links";
 
-// ---- A look at the library's own connection ----
+// ---- The library's own connection ----
 
 // The step that SQLite refuses to prepare, and the statements that ran.
 struct Step
@@ -90,7 +90,7 @@ int attach(sqlite3 *connection, char **, const sqlite3_api_routines *)
     return SQLITE_OK;
 }
 
-// Watches the connections that are opened while it lives. Qt may have been built with an SQLite of its own, which
+// Records the connections that are opened during its lifetime. Qt may have been built with its own SQLite, which
 // this process does not reach; then nothing is seen.
 class Watch
 {
@@ -121,7 +121,7 @@ std::string tableRead(const std::string &statement)
     return statement.substr(begin, statement.find(' ', begin) - begin);
 }
 
-// ---- What a store without tables answers ----
+// ---- The results of a store without tables ----
 
 using Call = std::pair<const char *, std::function<uint32_t()>>;
 
@@ -237,7 +237,7 @@ void expectEach(const std::vector<Call> &calls, uint32_t code)
 
 // ---- No file ----
 
-TEST_F(LaunchSequence, AFreshDirectoryGives100WithoutALine)
+TEST_F(LaunchSequence, AFreshDirectoryResultsIn100WithoutALine)
 {
     EXPECT_EQ(launch(), 100u);
     EXPECT_EQ(lines.all(), Lines());
@@ -348,11 +348,11 @@ TEST_F(LaunchSequence, CreationIsOneTransaction)
     const Watch watch;
     EXPECT_EQ(launch(), 100u);
     if (!watch.sees())
-        GTEST_SKIP() << "Qt brings an SQLite of its own";
+        GTEST_SKIP() << "Qt contains its own SQLite";
     ASSERT_EQ(statements.size(), 20u);
     EXPECT_EQ(statements.front(), "BEGIN");
     const std::string versionRow = "INSERT OR REPLACE INTO Version (VersionId,VersionNumber)VALUES (0,";
-    EXPECT_EQ(statements[18].substr(0, versionRow.size()), versionRow); // behind it the place as Qt names it
+    EXPECT_EQ(statements[18].substr(0, versionRow.size()), versionRow); // followed by the placeholder as Qt names it
     EXPECT_EQ(statements.back(), "COMMIT");
 }
 
@@ -380,7 +380,7 @@ TEST_P(Creation, AFailedStepUndoesAllBefore)
         const Watch watch(GetParam().refused);
         const uint32_t result = launch();
         if (!watch.sees())
-            GTEST_SKIP() << "Qt brings an SQLite of its own";
+            GTEST_SKIP() << "Qt contains its own SQLite";
         EXPECT_EQ(result, 6u);
         EXPECT_EQ(statements.front(), "BEGIN");
         EXPECT_EQ(statements.back(), "ROLLBACK");
@@ -418,7 +418,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // ---- A valid file ----
 
-TEST_F(LaunchSequence, AValidFileGives0WithoutALine)
+TEST_F(LaunchSequence, AValidFileResultsIn0WithoutALine)
 {
     makeValidFile();
     EXPECT_EQ(launch(), 0u);
@@ -463,7 +463,7 @@ TEST_F(LaunchSequence, TheProbesRunInThisOrderInOneTransaction)
     const Watch watch;
     EXPECT_EQ(launch(), 0u);
     if (!watch.sees())
-        GTEST_SKIP() << "Qt brings an SQLite of its own";
+        GTEST_SKIP() << "Qt contains its own SQLite";
     std::vector<std::string> steps;
     for (const std::string &statement : statements)
         steps.push_back(tableRead(statement));
@@ -508,7 +508,7 @@ INSTANTIATE_TEST_SUITE_P(LaunchSequence, OtherVersion,
                          ::testing::Values("0.2", "0.10", "0.1.0", "00.1", ".1", "0,1", "1", "", " 0.1", "0.1 ",
                                            "v0.1"));
 
-TEST_F(LaunchSequence, ANullVersionGives103WithoutALine)
+TEST_F(LaunchSequence, ANullVersionResultsIn103WithoutALine)
 {
     makeValidFile();
     file.execute("UPDATE Version SET VersionNumber = NULL");
@@ -516,7 +516,7 @@ TEST_F(LaunchSequence, ANullVersionGives103WithoutALine)
     EXPECT_EQ(lines.all(), Lines());
 }
 
-TEST_F(LaunchSequence, AMissingVersionRowGives103WithoutALine)
+TEST_F(LaunchSequence, AMissingVersionRowResultsIn103WithoutALine)
 {
     makeValidFile();
     file.execute("DELETE FROM Version");
@@ -525,7 +525,7 @@ TEST_F(LaunchSequence, AMissingVersionRowGives103WithoutALine)
     EXPECT_EQ(objects(), 0);
 }
 
-TEST_F(LaunchSequence, TheVersionStandsInRow0)
+TEST_F(LaunchSequence, TheVersionIsInRow0)
 {
     makeValidFile();
     file.execute("UPDATE Version SET VersionId = 1");
@@ -533,7 +533,7 @@ TEST_F(LaunchSequence, TheVersionStandsInRow0)
     EXPECT_EQ(lines.all(), Lines());
 }
 
-TEST_F(LaunchSequence, AMissingVersionTableGives103AndFourLines)
+TEST_F(LaunchSequence, AMissingVersionTableResultsIn103AndFourLines)
 {
     makeValidFile();
     file.execute("DROP TABLE Version");
@@ -542,7 +542,7 @@ TEST_F(LaunchSequence, AMissingVersionTableGives103AndFourLines)
     EXPECT_EQ(objects(), 0);
 }
 
-TEST_F(LaunchSequence, AMissingVersionColumnGives103AndFourLines)
+TEST_F(LaunchSequence, AMissingVersionColumnResultsIn103AndFourLines)
 {
     for (const std::string column : {"VersionId", "VersionNumber"}) {
         fs::remove("CacheDb");
@@ -567,7 +567,7 @@ TEST_F(LaunchSequence, AFailedVersionCheckRollsBackWithoutATransaction)
     const Watch watch;
     EXPECT_EQ(launch(), 103u);
     if (!watch.sees())
-        GTEST_SKIP() << "Qt brings an SQLite of its own";
+        GTEST_SKIP() << "Qt contains its own SQLite";
     EXPECT_EQ(statements, (std::vector<std::string>{"ROLLBACK"}));
 }
 
@@ -578,11 +578,11 @@ TEST_F(LaunchSequence, AWrongVersionIsNoFailureOfTheCheck)
     const Watch watch;
     EXPECT_EQ(launch(), 103u);
     if (!watch.sees())
-        GTEST_SKIP() << "Qt brings an SQLite of its own";
+        GTEST_SKIP() << "Qt contains its own SQLite";
     EXPECT_EQ(statements, (std::vector<std::string>{"SELECT VersionNumber FROM Version WHERE VersionId = 0"}));
 }
 
-TEST_F(LaunchSequence, AnEmptyFileGives103AndFourLines)
+TEST_F(LaunchSequence, AnEmptyFileResultsIn103AndFourLines)
 {
     writeFile("CacheDb", "");
     EXPECT_EQ(launch(), 103u);
@@ -590,7 +590,7 @@ TEST_F(LaunchSequence, AnEmptyFileGives103AndFourLines)
     EXPECT_EQ(objects(), 0);
 }
 
-TEST_F(LaunchSequence, AFileOfOtherBytesGives103AndFourLines)
+TEST_F(LaunchSequence, AFileOfOtherBytesResultsIn103AndFourLines)
 {
     std::string noise(8192, '\0');
     uint32_t state = 1;
@@ -618,7 +618,7 @@ TEST_F(LaunchSequence, AReplacedFileIsAnotherFile)
 
 // ---- The schema fails: 101 ----
 
-TEST_F(LaunchSequence, AMissingTableGives101AndTheLinesOfTheStatement)
+TEST_F(LaunchSequence, AMissingTableResultsIn101AndTheLinesOfTheStatement)
 {
     makeValidFile();
     fs::rename("CacheDb", "Valid");
@@ -649,7 +649,7 @@ class Probe : public LaunchSequence, public ::testing::WithParamInterface<Select
 {
 };
 
-TEST_P(Probe, AMissingColumnGives101AndTheLinesOfTheStatement)
+TEST_P(Probe, AMissingColumnResultsIn101AndTheLinesOfTheStatement)
 {
     const std::string &table = GetParam().table;
     makeValidFile();
@@ -713,7 +713,7 @@ TEST_F(LaunchSequence, AFailedProbeEndsNoTransaction)
     const Watch watch;
     EXPECT_EQ(launch(), 101u);
     if (!watch.sees())
-        GTEST_SKIP() << "Qt brings an SQLite of its own";
+        GTEST_SKIP() << "Qt contains its own SQLite";
     ASSERT_EQ(statements.size(), 17u);
     EXPECT_EQ(statements[1], "BEGIN");
     EXPECT_EQ(tableRead(statements.back()), "DeviceUserSectionLinks");
@@ -731,7 +731,7 @@ TEST_F(LaunchSequence, AFailedProbeLeavesNoLockBehind)
 
 // ---- The file does not open: 102, 6 ----
 
-TEST_F(LaunchSequence, ALinkIntoAMissingDirectoryGives102WithoutALine)
+TEST_F(LaunchSequence, ALinkIntoAMissingDirectoryResultsIn102WithoutALine)
 {
     if (!makeLink("missing/CacheDb"))
         GTEST_SKIP() << withoutLinks;
@@ -741,7 +741,7 @@ TEST_F(LaunchSequence, ALinkIntoAMissingDirectoryGives102WithoutALine)
     EXPECT_EQ(objects(), 0);
 }
 
-TEST_F(LaunchSequence, ALinkToAMissingFileExistsAndGives103)
+TEST_F(LaunchSequence, ALinkToAMissingFileExistsAndResultsIn103)
 {
     if (!makeLink("Elsewhere"))
         GTEST_SKIP() << withoutLinks;
@@ -751,7 +751,7 @@ TEST_F(LaunchSequence, ALinkToAMissingFileExistsAndGives103)
     EXPECT_EQ(objects(), 0);
 }
 
-TEST_F(LaunchSequence, ADirectoryOfThatNameGives6WithoutALine)
+TEST_F(LaunchSequence, ADirectoryOfThatNameResultsIn6WithoutALine)
 {
     fs::create_directory("CacheDb");
     EXPECT_EQ(launch(), 6u);
@@ -803,17 +803,17 @@ TEST_P(UnusableStore, IsLaunchedAllTheSame)
     EXPECT_EQ(getLaunchCacheResult(), GetParam().result);
 }
 
-TEST_P(UnusableStore, AnswersEveryRead7)
+TEST_P(UnusableStore, Returns7FromEveryRead)
 {
     expectEach(reads(), 7);
 }
 
-TEST_P(UnusableStore, AnswersEveryRemoval7)
+TEST_P(UnusableStore, Returns7FromEveryRemoval)
 {
     expectEach(removals(), 7);
 }
 
-TEST_P(UnusableStore, AnswersEveryWrite9)
+TEST_P(UnusableStore, Returns9FromEveryWrite)
 {
     expectEach(writes(), 9);
 }
@@ -837,7 +837,7 @@ TEST_P(UnusableStore, IsFoundByEveryLaunchAfter)
     EXPECT_EQ(launch(), GetParam().next);
 }
 
-TEST_P(UnusableStore, IsMendedByRemovingTheFile)
+TEST_P(UnusableStore, IsRepairedByRemovingTheFile)
 {
     library.reset();
     ASSERT_TRUE(fs::remove("CacheDb"));

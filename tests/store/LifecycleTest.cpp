@@ -279,7 +279,7 @@ TEST_F(Lifecycle, TheNextLaunchFindsTheFileAndItsData)
 TEST_F(Lifecycle, ALaunchOnTheSameThreadAgainWorks)
 {
     std::vector<int32_t> results;
-    std::promise<void> exited; // a launch beside an exit may be taken away by it
+    std::promise<void> exited; // an exit may end a launch that runs at the same time
     std::thread launcher([&] {
         results.push_back(launchCache());
         exited.get_future().wait();
