@@ -25,7 +25,7 @@ void flattenAndRelease(const std::vector<Record> &records)
     require(releaseArray<Record>(flats, count) == BRIMLET_DONE, "flat records are released whole");
 }
 
-bool isAnswer(BrimletResult code)
+bool isExpected(BrimletResult code)
 {
     return code == BRIMLET_DONE || code == BRIMLET_INCOMPLETE || code == BRIMLET_REFUSED;
 }
@@ -35,7 +35,7 @@ void readAsBatch(const QString &text, ObjectReader<Record, Keys> fill)
 {
     std::vector<Record> records;
     const BrimletResult code = readBatch(text, records, fill);
-    require(isAnswer(code), "a reader answers 0, 5 or 10");
+    require(isExpected(code), "a reader returns 0, 5 or 10");
     require(code != BRIMLET_DONE || !records.empty(), "a batch that is accepted has records");
     flattenAndRelease(records);
 }
@@ -45,7 +45,7 @@ void readAsOne(const QString &text, ObjectReader<Record, Keys> fill)
 {
     std::optional<Record> record;
     const BrimletResult code = readOneRecord(text, record, fill);
-    require(isAnswer(code), "a reader answers 0, 5 or 10");
+    require(isExpected(code), "a reader returns 0, 5 or 10");
     require(record.has_value() == (code == BRIMLET_DONE), "a record is there with 0 and only then");
     if (record)
         flattenAndRelease(std::vector<Record>{*record});
@@ -66,7 +66,7 @@ void readId(const QString &text, size_t choice)
     static const char *const keys[] = {"id", "op_id", "domain_id", "org_id", "site_id", "device", "section", "zone"};
     quint32 id = 0;
     const BrimletResult code = readBareId(text, QLatin1String(keys[choice % std::size(keys)]), id);
-    require(isAnswer(code), "a reader answers 0, 5 or 10");
+    require(isExpected(code), "a reader returns 0, 5 or 10");
     require(code == BRIMLET_DONE || id == 0, "an id is read with 0 and only then");
 }
 

@@ -433,9 +433,9 @@ INSTANTIATE_TEST_SUITE_P(
         Batch{"addEvents", addEventsAndFree, "id", ",\"device\":1", "SELECT EventsId FROM Events ORDER BY 1"}),
     nameOf<Batch>);
 
-// ---- Bare ids ----
+// ---- Id-only documents ----
 
-struct BareId
+struct IdOnly
 {
     std::string name;
     Call call;
@@ -472,67 +472,67 @@ struct BareId
     }
 };
 
-void PrintTo(const BareId &bareId, std::ostream *out)
+void PrintTo(const IdOnly &idOnly, std::ostream *out)
 {
-    *out << bareId.name;
+    *out << idOnly.name;
 }
 
-class BareIdForm : public Reading, public ::testing::WithParamInterface<BareId>
+class IdOnlyForm : public Reading, public ::testing::WithParamInterface<IdOnly>
 {
 };
 
-TEST_P(BareIdForm, RemovesTheRowOfItsNumber)
+TEST_P(IdOnlyForm, RemovesTheRowOfItsNumber)
 {
-    const BareId &bareId = GetParam();
-    foreign(bareId.insertion("77"));
-    EXPECT_EQ(send(bareId.call, bareId.document("77")), 0u);
-    EXPECT_EQ(file.number(bareId.rowsWith("77")), 0);
-    EXPECT_EQ(file.number(bareId.rowsWith("1")), 1);
+    const IdOnly &idOnly = GetParam();
+    foreign(idOnly.insertion("77"));
+    EXPECT_EQ(send(idOnly.call, idOnly.document("77")), 0u);
+    EXPECT_EQ(file.number(idOnly.rowsWith("77")), 0);
+    EXPECT_EQ(file.number(idOnly.rowsWith("1")), 1);
 }
 
-TEST_P(BareIdForm, Returns5WhenAKeyIsMissing)
+TEST_P(IdOnlyForm, Returns5WhenAKeyIsMissing)
 {
-    const BareId &bareId = GetParam();
+    const IdOnly &idOnly = GetParam();
     const auto before = stored();
     const DebugLines lines;
-    for (const std::string &key : bareId.keys) {
+    for (const std::string &key : idOnly.keys) {
         SCOPED_TRACE(key);
-        EXPECT_EQ(send(bareId.call, bareId.document("1", key)), 5u);
+        EXPECT_EQ(send(idOnly.call, idOnly.document("1", key)), 5u);
     }
     EXPECT_EQ(stored(), before);
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_P(BareIdForm, Returns5ForEveryOtherKey)
+TEST_P(IdOnlyForm, Returns5ForEveryOtherKey)
 {
-    const BareId &bareId = GetParam();
+    const IdOnly &idOnly = GetParam();
     const auto before = stored();
     for (const std::string key : {"", "id", "ID", "op_id", "domain_id", "org_id", "site_id", "user_id", "device_id",
                                   "contract_id", "contractor_id", "section", "zone", "device", "items"}) {
-        if (std::find(bareId.keys.begin(), bareId.keys.end(), key) != bareId.keys.end())
+        if (std::find(idOnly.keys.begin(), idOnly.keys.end(), key) != idOnly.keys.end())
             continue;
         SCOPED_TRACE(key);
-        EXPECT_EQ(send(bareId.call, envelope("{\"" + key + "\":1}")), 5u);
+        EXPECT_EQ(send(idOnly.call, envelope("{\"" + key + "\":1}")), 5u);
     }
     EXPECT_EQ(stored(), before);
 }
 
-TEST_P(BareIdForm, TakesAnotherTypeForTheNumberZero)
+TEST_P(IdOnlyForm, TakesAnotherTypeForTheNumberZero)
 {
-    const BareId &bareId = GetParam();
+    const IdOnly &idOnly = GetParam();
     for (const char *value : {R"("1")", "true", "null", "{}", "[1]", R"({"id":1})"}) {
         SCOPED_TRACE(value);
-        EXPECT_EQ(send(bareId.call, bareId.document(value)), 8u);
-        foreign(bareId.insertion("0"));
-        EXPECT_EQ(send(bareId.call, bareId.document(value)), 0u);
-        EXPECT_EQ(file.number(bareId.rowsWith("0")), 0);
+        EXPECT_EQ(send(idOnly.call, idOnly.document(value)), 8u);
+        foreign(idOnly.insertion("0"));
+        EXPECT_EQ(send(idOnly.call, idOnly.document(value)), 0u);
+        EXPECT_EQ(file.number(idOnly.rowsWith("0")), 0);
     }
-    EXPECT_EQ(file.number(bareId.rowsWith("1")), 1);
+    EXPECT_EQ(file.number(idOnly.rowsWith("1")), 1);
 }
 
-TEST_P(BareIdForm, TakesTheLow32BitsOfANumber)
+TEST_P(IdOnlyForm, TakesTheLow32BitsOfANumber)
 {
-    const BareId &bareId = GetParam();
+    const IdOnly &idOnly = GetParam();
     const std::vector<std::pair<std::string, std::string>> numbers = {
         {"7.9", "7"},         {"-0.5", "0"},
         {"-1", "4294967295"}, {"4294967295", "4294967295"},
@@ -540,42 +540,42 @@ TEST_P(BareIdForm, TakesTheLow32BitsOfANumber)
         {"1e300", "0"}};
     for (const auto &[json, number] : numbers) {
         SCOPED_TRACE(json);
-        foreign(bareId.insertion(number));
-        EXPECT_EQ(send(bareId.call, bareId.document(json)), 0u);
-        EXPECT_EQ(file.number(bareId.rowsWith(number)), 0);
+        foreign(idOnly.insertion(number));
+        EXPECT_EQ(send(idOnly.call, idOnly.document(json)), 0u);
+        EXPECT_EQ(file.number(idOnly.rowsWith(number)), 0);
     }
 }
 
-TEST_P(BareIdForm, IgnoresEverythingElse)
+TEST_P(IdOnlyForm, IgnoresEverythingElse)
 {
-    const BareId &bareId = GetParam();
-    std::string document = bareId.document("1");
+    const IdOnly &idOnly = GetParam();
+    std::string document = idOnly.document("1");
     document.insert(document.size() - 2, R"(,"name":null,"items":5,"x":{"y":[]})");
-    EXPECT_EQ(send(bareId.call, document), 0u);
-    EXPECT_EQ(file.number(bareId.rowsWith("1")), 0);
+    EXPECT_EQ(send(idOnly.call, document), 0u);
+    EXPECT_EQ(file.number(idOnly.rowsWith("1")), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Exports, BareIdForm,
-    ::testing::Values(BareId{"deleteContract", deleteContract, {"id"}, {"ContractsId"}, "Contracts"},
-                      BareId{"deleteContractor", deleteContractor, {"id"}, {"ContractorsId"}, "Contractors"},
-                      BareId{"deleteUser", deleteUser, {"op_id"}, {"UsersId"}, "Users"},
-                      BareId{"deleteDomain", deleteDomain, {"domain_id"}, {"DomainsId"}, "Domains"},
-                      BareId{
+    Exports, IdOnlyForm,
+    ::testing::Values(IdOnly{"deleteContract", deleteContract, {"id"}, {"ContractsId"}, "Contracts"},
+                      IdOnly{"deleteContractor", deleteContractor, {"id"}, {"ContractorsId"}, "Contractors"},
+                      IdOnly{"deleteUser", deleteUser, {"op_id"}, {"UsersId"}, "Users"},
+                      IdOnly{"deleteDomain", deleteDomain, {"domain_id"}, {"DomainsId"}, "Domains"},
+                      IdOnly{
                           "deleteOrganization", deleteOrganization, {"org_id"}, {"OrganizationsId"}, "Organizations"},
-                      BareId{"deleteDevice", deleteDevice, {"id"}, {"DevicesId"}, "Devices"},
-                      BareId{"deleteSite", deleteSite, {"site_id"}, {"SitesId"}, "Sites"},
-                      BareId{"deleteSection",
+                      IdOnly{"deleteDevice", deleteDevice, {"id"}, {"DevicesId"}, "Devices"},
+                      IdOnly{"deleteSite", deleteSite, {"site_id"}, {"SitesId"}, "Sites"},
+                      IdOnly{"deleteSection",
                              deleteSection,
                              {"device", "section"},
                              {"SectionsDeviceId", "SectionsSectionId"},
                              "Sections"},
-                      BareId{"deleteZone",
+                      IdOnly{"deleteZone",
                              deleteZone,
                              {"device", "section", "zone"},
                              {"ZonesDeviceId", "ZonesSectionId", "ZonesZoneId"},
                              "Zones"}),
-    nameOf<BareId>);
+    nameOf<IdOnly>);
 
 class LeadingIds : public Reading
 {
