@@ -1,4 +1,5 @@
-"""Helpers for the tests: the source tree or its installed part, a directory for each test, and the companion command."""
+"""Helpers for the tests: the source tree or its installed part, a directory for each test, and the companion
+command."""
 
 import os
 import subprocess
