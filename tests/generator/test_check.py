@@ -1,4 +1,4 @@
-"""Headers that are wrong on purpose: each mistake has its sentence, with the place and what to write."""
+"""Deliberately wrong headers: each mistake has a message with the place and the cure."""
 
 import shutil
 import tempfile
@@ -22,7 +22,7 @@ class CheckTest(unittest.TestCase):
         return check.findings(model.read(self.folder))
 
     def spoil(self, header, right, wrong, *, inside=""):
-        """Replaces a text that stands once, in the header or behind the text `inside` of it."""
+        """Replaces a text that occurs once, in the header or after the text `inside` in it."""
         path = self.folder / header
         before, mark, text = path.read_text(encoding="utf-8").partition(inside) if inside else (
             "", "", path.read_text(encoding="utf-8"))

@@ -1,5 +1,5 @@
-"""The package against the public headers, the list of exports and the table of layouts: what is new there and missing
-here fails."""
+"""Compares the package with the public headers, the list of exports and the layout table: fails if the package misses
+an addition."""
 
 import ctypes
 import dataclasses
@@ -84,7 +84,7 @@ class FunctionsTest(unittest.TestCase):
                          if other.role is Role.RELEASE and other.family is entry.family]
                 self.assertEqual(len(frees), 2, entry.name)
 
-    def test_bare_ids_are_under_the_keys_of_the_header(self):
+    def test_id_only_documents_have_the_keys_of_the_header(self):
         found = [(put.words, function.name) for function in model.read().functions for put in function.inputs
                  if put.words.startswith("id-only document with ")]
         self.assertEqual(len(found), 10)

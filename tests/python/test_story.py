@@ -1,4 +1,4 @@
-"""The story of a client on the sample data."""
+"""A client on the sample data."""
 
 import json
 import unittest
@@ -157,7 +157,7 @@ class DocumentsTest(DirectoryTest):
             self.open.call("getUser")
         self.assertEqual(self.open.getUsers(), [])
 
-    def test_texts_of_every_kind_come_back_as_they_went(self):
+    def test_texts_of_every_kind_are_returned_unchanged(self):
         for text in ("", "plain", "Żurawicka", "𠮷田 葵", "line\nend", "x" * 100_000):
             self.assertEqual(self.open.updateUser({"id": 7, "name": text}).name, text)
 
