@@ -9,7 +9,7 @@ namespace bench {
 
 namespace {
 
-// The two shapes of a result, with the library's own way to release it.
+// The two kinds of results, each with the library's function to release it.
 template<class Flat, uint32_t (*freeRecord)(Flat *), class Call>
 Records<Flat> one(const Call &call)
 {
@@ -116,7 +116,7 @@ public:
     void clearAllExceptEvents() override { expectDone(::clearAllExceptEvents()); }
 
 private:
-    std::thread thread; // the one that is given away to the library
+    std::thread thread; // runs the library
 };
 
 } // namespace

@@ -1,11 +1,11 @@
-// The documents that the workloads hand over. What they hold depends on nothing but their arguments.
+// The documents that the workloads send. Their content depends only on their arguments.
 #pragma once
 
 #include "Implementation.h"
 
 namespace bench::documents {
 
-// How many children each device has, and each of those.
+// The number of children of each device, section and user.
 struct Shape
 {
     uint32_t sections;
@@ -14,7 +14,7 @@ struct Shape
     uint32_t links; // of a user
 };
 
-// How the equipment is numbered: devices and sections from 1, zones throughout their device.
+// The ids of the equipment: devices and sections count from 1, zones are unique in their device.
 struct Equipment
 {
     uint32_t devices;
@@ -30,18 +30,18 @@ Text oneUser(uint32_t id, const std::string &contacts);
 Text devices(const Equipment &equipment);
 Text sites(uint32_t count);
 
-// Events from an id and a time on, one a second, going round the equipment and the first users.
+// Events with consecutive ids, one per second, cycling through the equipment and the first users.
 struct Journal
 {
     uint32_t firstId;
     uint32_t firstTime;
     bool affect;
-    size_t extraText; // further characters of the "jdata" of each
+    size_t extraText; // additional characters in each "jdata"
 };
 
 Text events(uint32_t count, const Journal &journal, const Equipment &equipment);
 Text oneEvent(const Journal &journal, const Equipment &equipment);
 
-inline constexpr uint32_t operators = 100; // the users that events and contracts name
+inline constexpr uint32_t operators = 100; // the users that events and contracts refer to
 
 } // namespace bench::documents

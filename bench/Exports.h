@@ -1,4 +1,4 @@
-// What calling the exported functions needs.
+// Helpers for calls of the exported functions.
 #pragma once
 
 #include "Implementation.h"
@@ -22,7 +22,7 @@ inline uint32_t length(const Text &text)
 inline void expectDone(uint32_t result)
 {
     if (result != BRIMLET_DONE)
-        throw std::runtime_error("the library answered " + std::to_string(result));
+        throw std::runtime_error("the library returned " + std::to_string(result));
 }
 
 } // namespace bench

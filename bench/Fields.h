@@ -1,4 +1,4 @@
-// What the documents of the workloads hold: the keys of a record, in the order in which an insert binds them.
+// The contents of the documents of the workloads: the keys of a record, in the order in which an insert binds them.
 #pragma once
 
 #include <cmath>
@@ -9,11 +9,11 @@ namespace bench {
 
 enum class Kind {
     Id,     // required
-    UInt32, // a number, of which the low 32 bits count
+    UInt32, // a number, keeps the low 32 bits
     Int32,  // a whole number, else 0
-    Byte,   // a whole number, of which the low 8 bits count
+    Byte,   // a whole number, keeps the low 8 bits
     UInt64,
-    Flag, // a whole number other than 0 is true; a boolean is accepted and false
+    Flag, // a whole number other than 0 is true; a boolean is accepted and reads as false
     Text,
 };
 
@@ -50,21 +50,21 @@ inline constexpr Field deviceFields[] = {
 };
 
 inline constexpr Field sectionFields[] = {
-    // behind the device
+    // after the id of the device
     {"id", Kind::Id},        {"name", Kind::Text},       {"schedule_id", Kind::UInt32}, {"tracert", Kind::UInt32},
     {"flags", Kind::UInt32}, {"detector", Kind::UInt32}, {"arm", Kind::UInt32},         {"physic", Kind::UInt32},
     {"form", Kind::UInt32},  {"delay", Kind::UInt32},    {"uid_type", Kind::UInt32},
 };
 
 inline constexpr Field zoneFields[] = {
-    // behind the device and the section
+    // after the ids of the device and the section
     {"id", Kind::Id},          {"name", Kind::Text},       {"detector", Kind::UInt32}, {"physic", Kind::UInt32},
     {"form", Kind::UInt32},    {"flags", Kind::UInt32},    {"delay", Kind::UInt32},    {"schedule_id", Kind::UInt32},
     {"tracert", Kind::UInt32}, {"uid_type", Kind::UInt32}, {"arm", Kind::UInt32},
 };
 
 inline constexpr Field deviceUserFields[] = {
-    // behind the device
+    // after the id of the device
     {"user_index", Kind::Id},
     {"name", Kind::Text},
     {"comment", Kind::Text},
@@ -77,7 +77,7 @@ inline constexpr Field userFields[] = {
     {"org", Kind::UInt32},    {"roles", Kind::UInt32}, {"phone", Kind::UInt64},
 };
 
-// ---- The number rules ----
+// ---- Number conversion ----
 
 inline uint32_t lowBits(double number)
 {

@@ -1,5 +1,5 @@
-// From a row to a flat record, by position: what the two baselines share of their reads. A Row is the row of a
-// statement with the place of the next column; each read takes one column and leaves a member null where it is null.
+// Conversion from a row to a flat record, by position, which the two baselines share. A Row is the row of a statement
+// with the position of the next column; each read takes one column and leaves a member null if the column is NULL.
 #pragma once
 
 #include "FlatTrees.h"
@@ -114,7 +114,7 @@ FlatLocation *readLocation(Row &row)
     return location;
 }
 
-// Without the site's own domain, which is read on its own.
+// Without the site's domain, which is read separately.
 template<class Row>
 void readSite(Row &row, FlatSite &site)
 {
@@ -182,7 +182,7 @@ void readZone(Row &row, FlatZone &zone)
     row.read(zone.arm);
 }
 
-// Without the numbers of the sections.
+// Without the ids of the sections.
 template<class Row>
 void readDeviceUser(Row &row, FlatDeviceUser &user)
 {
@@ -192,7 +192,7 @@ void readDeviceUser(Row &row, FlatDeviceUser &user)
     row.read(user.phone);
 }
 
-// The number of the section, of a link.
+// The section id of a link.
 template<class Row>
 void readLink(Row &row, uint32_t &section)
 {

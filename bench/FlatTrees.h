@@ -1,5 +1,5 @@
-// The flat records as trees of blocks: what each is made of, said once. The two baselines release their records by it,
-// and the check compares by it.
+// The structure of the flat records as trees of blocks, described once. The two baselines use it to release their
+// records, and the check uses it to compare them.
 #pragma once
 
 #include "Implementation.h"
@@ -12,7 +12,7 @@
 
 namespace bench {
 
-// A block of flat records with its count beside it.
+// A block of flat records with its count.
 template<class Flat, class Element>
 struct Array
 {
@@ -123,7 +123,7 @@ struct Members<FlatEvent>
         &F::jData, &F::account, &F::sectionName, &F::zoneName, &F::domainName);
 };
 
-// ---- Making ----
+// ---- Creating ----
 
 template<class T>
 T *allocate(size_t count = 1)
@@ -175,7 +175,7 @@ void releaseMember(Flat &flat, const Array<Flat, Element> &array)
     releaseBlock(flat.*array.items, flat.*array.count);
 }
 
-// What the record points to, not the record's own block.
+// Releases what the record points to, not the record's own block.
 template<class Flat>
 void releaseTree(Flat &flat)
 {
@@ -202,7 +202,7 @@ public:
     Block &operator=(const Block &) = delete;
     ~Block() { releaseBlock(items, count); }
 
-    // A new element, all zero.
+    // Appends an element of zeros.
     Flat &add()
     {
         if (count == capacity)
@@ -210,7 +210,7 @@ public:
         return *static_cast<Flat *>(std::memset(&items[count++], 0, sizeof(Flat)));
     }
 
-    // Hands the block over, as long as its elements need.
+    // Transfers the block, shrunk to its elements.
     Flat *take(uint32_t &howMany)
     {
         howMany = std::exchange(count, 0);

@@ -1,5 +1,5 @@
-// The least that the work costs: SQLite's own interface, every statement prepared once and kept, a fast JSON parser,
-// and no record between a document and a statement, or between a row and what the client gets.
+// The least that the work costs: SQLite's own API, every statement prepared once and kept, a fast JSON parser, and no
+// intermediate record between a document and a statement, or between a row and the result.
 #include "Fields.h"
 #include "FlatRows.h"
 #include "Implementation.h"
@@ -58,7 +58,7 @@ uint16_t *makeText(const unsigned char *utf8, size_t size)
     return text;
 }
 
-// The rows of a running statement, which is ready for the next run when they go.
+// The rows of a running statement. Their destructor resets the statement for the next run.
 class Rows
 {
 public:
@@ -111,7 +111,7 @@ private:
     int column = 0;
 };
 
-// Prepared at its first use, and kept.
+// Prepared at first use, and kept.
 class Statement
 {
 public:
@@ -120,7 +120,7 @@ public:
     Statement &operator=(const Statement &) = delete;
     ~Statement() { sqlite3_finalize(statement); }
 
-    // Unbinds everything, so that what is not bound from here on is null.
+    // Clears all bindings, so that parameters not bound afterwards are null.
     void start()
     {
         if (!statement) {
@@ -176,7 +176,7 @@ public:
             fail(handle.database);
     }
 
-    // Whether the names of a statement are all there.
+    // Whether all names in a statement exist.
     bool isKnown(const std::string &text)
     {
         sqlite3_stmt *statement = nullptr;
@@ -186,7 +186,7 @@ public:
     }
 
 private:
-    struct Handle // goes last, after the statements
+    struct Handle // destroyed last, after the statements
     {
         ~Handle() { sqlite3_close(database); }
         sqlite3 *database = nullptr;
@@ -212,7 +212,7 @@ public:
     Statement sites = kept(sql::sites), siteById = kept(sql::siteById), domainById = kept(sql::domainById);
 };
 
-// Undone unless it is committed.
+// Rolls back unless committed.
 class Transaction
 {
 public:
@@ -238,7 +238,7 @@ private:
 
 // ---- JSON ----
 
-// The text in UTF-8, with the room behind it that the parser asks for.
+// The text in UTF-8, with the padding that the parser requires.
 class Utf8
 {
 public:
@@ -321,8 +321,8 @@ void bindValue(Statement &statement, int place, element value, Kind kind)
     }
 }
 
-// Runs an insert with the keys of the parents and then the members of an object, and gives the object's id. Documents
-// mostly hold their members in the order of the fields, so the next field is looked at first.
+// Runs an insert with the ids of the parents and then the members of an object, and returns the object's id. Documents
+// mostly have their members in the order of the fields, so it tries the next field first.
 template<size_t count, class... Parents>
 uint32_t insertObject(Statement &statement, object members, const Field (&fields)[count], Parents... parents)
 {
@@ -352,7 +352,7 @@ uint32_t insertObject(Statement &statement, object members, const Field (&fields
     return id;
 }
 
-// The elements of an array that may be left out.
+// The elements of an optional array.
 array elements(object members, std::string_view key)
 {
     array found;

@@ -1,5 +1,5 @@
-// A store as its client sees it, as far as the workloads ask for it. Three kinds are measured beside each other: the
-// library, and two that do the same work in the ways that a client would otherwise have.
+// The interface of a store, as far as the workloads need it. It has three implementations: the library, and two
+// baselines that do the same work in other ways.
 #pragma once
 
 #include "FlatRecords.h"
@@ -13,7 +13,7 @@ namespace bench {
 
 using Text = std::u16string;
 
-// Flat records that a store gave out, and how they go back. That they go back is part of the work.
+// Flat records that a store returned, and how to release them. The release is part of the measured work.
 template<class Flat>
 class Records
 {
@@ -44,15 +44,15 @@ private:
     Release release;
 };
 
-// Every function throws where the store refuses or finds nothing: no workload asks for that.
+// Every function throws if the store refuses the call or finds nothing: no workload does that.
 class Implementation
 {
 public:
     virtual ~Implementation() = default;
     virtual const char *name() const = 0;
 
-    // Brings the file of that directory into a usable state, as a launch does: creates it with all tables, or opens it
-    // and asks whether its version and its schema are right.
+    // Makes the file in the directory usable, as a launch does: creates it with all tables, or opens it and checks its
+    // version and schema.
     virtual void open(const std::filesystem::path &directory) = 0;
     virtual void close() = 0;
 
@@ -77,7 +77,7 @@ public:
     virtual void clearAllExceptEvents() = 0;
 };
 
-// The name of the file in its directory, for all three.
+// The name of the file, for all three.
 inline constexpr const char *fileName = "CacheDb";
 
 std::unique_ptr<Implementation> makeBrimlet();

@@ -17,7 +17,7 @@ int64_t statusLine(const std::string &key)
     for (std::string line; std::getline(status, line);)
         if (line.compare(0, key.size(), key) == 0)
             return std::stoll(line.substr(key.size()));
-    throw std::runtime_error("the system tells no " + key);
+    throw std::runtime_error("the system does not report " + key);
 }
 
 } // namespace

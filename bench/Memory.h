@@ -1,13 +1,13 @@
-// How much memory this process holds at most.
+// The peak memory of this process.
 #pragma once
 
 #include <cstdint>
 
 namespace bench {
 
-// Gives back what the allocator keeps and forgets the peak so far. From then on peakGrowth counts.
+// Returns unused memory to the system and resets the peak from which peakGrowth counts.
 void startPeak();
-// By how many KiB the resident memory grew at its peak.
+// The growth of the resident memory at its peak, in KiB.
 int64_t peakGrowth();
 
 } // namespace bench

@@ -1,5 +1,5 @@
 // What a good Qt developer would write by hand: QJsonDocument, one prepare for each statement of a call, exec for each
-// row in one transaction, forward-only queries, values by position, and no record in between.
+// row in one transaction, forward-only queries, values by position, and no intermediate record.
 #include "Fields.h"
 #include "FlatRows.h"
 #include "Implementation.h"
@@ -203,7 +203,7 @@ QLatin1String latin1(std::string_view key)
     return QLatin1String(key.data(), static_cast<int>(key.size()));
 }
 
-// Runs an insert with the keys of the parents and then the members of an object, and gives the object's id.
+// Runs an insert with the ids of the parents and then the members of an object, and returns the object's id.
 template<size_t count, class... Parents>
 uint32_t insertObject(Query &query, const QJsonObject &object, const Field (&fields)[count], Parents... parents)
 {

@@ -1,4 +1,4 @@
-// What was measured, and how it is handed to the report.
+// The measurements, and their output for the report.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace bench {
 
-// An implementation at a workload: seconds of each repetition, and KiB.
+// One implementation in one workload: seconds of each repetition, and KiB.
 struct Measured
 {
     std::vector<double> wall;
@@ -21,10 +21,10 @@ struct Result
 {
     std::string workload;
     uint32_t size;
-    std::map<std::string, Measured> byName; // of the implementation
+    std::map<std::string, Measured> byName; // by implementation
 };
 
-// As JSON, with what it was measured on.
+// Writes them as JSON, with the conditions of the run.
 void write(std::ostream &out, const std::vector<Result> &results);
 
 } // namespace bench

@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Each implementation has its part of the directory, so the process for the peaks needs another.
+// Each implementation uses a part of the directory, so the process that measures peaks needs another.
 fs::path stageOf(const fs::path &directory)
 {
     return directory / "stage";
@@ -37,7 +37,7 @@ void check(const Workload &workload, Stores &stores)
     }
 }
 
-// Takes down what Google Benchmark measures.
+// Records what Google Benchmark measures.
 class Collector : public benchmark::BenchmarkReporter
 {
 public:
@@ -79,7 +79,7 @@ void time(const Workload &workload, Stores &stores, const Effort &effort, Result
     for (const auto &each : stores) {
         Store &store = *each;
         benchmark::RegisterBenchmark(store.name(), [&](benchmark::State &state) { runAll(state, workload, store); })
-            ->MeasureProcessCPUTime() // a launch works in a thread of its own
+            ->MeasureProcessCPUTime() // a launch runs on a thread of its own
             ->UseRealTime()
             ->MinTime(effort.seconds)
             ->Repetitions(effort.repetitions);
@@ -88,7 +88,7 @@ void time(const Workload &workload, Stores &stores, const Effort &effort, Result
     benchmark::RunSpecifiedBenchmarks(&collector);
 }
 
-// One word for the shell; no name or path of ours holds a quote.
+// One word for the shell; none of our names or paths contains a quote.
 std::string quoted(const std::string &word)
 {
     return "'" + word + "'";
@@ -102,7 +102,7 @@ int64_t askForPeak(const Workload &workload, const std::string &implementation, 
     long long peak = 0;
     const bool isRead = answer && std::fscanf(answer, "%lld", &peak) == 1;
     if (!answer || pclose(answer) != 0 || !isRead)
-        throw std::runtime_error("no answer from " + command);
+        throw std::runtime_error("no output from " + command);
     return peak;
 }
 
@@ -138,7 +138,7 @@ int64_t peakOf(const Workload &workload, const std::string &implementation, cons
         workload.run(*store);
         return peakGrowth();
     }
-    throw std::runtime_error("there is no " + implementation);
+    throw std::runtime_error("there is no implementation " + implementation);
 }
 
 } // namespace bench

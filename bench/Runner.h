@@ -9,18 +9,18 @@ namespace bench {
 struct Effort
 {
     int repetitions = 9;
-    double seconds = 0.25;   // the least that a repetition takes, by the clock
-    bool isPeakTaken = true; // in another process
+    double seconds = 0.25;   // the minimum elapsed time of a repetition
+    bool isPeakTaken = true; // measured in another process
 };
 
-// Checks first that all three give the same, and throws if they do not. The repetitions of the three are interleaved in
-// an order drawn by chance.
+// First checks that all three return the same, and throws if they do not. Interleaves the repetitions of the three in
+// random order.
 Result measure(const Workload &workload, const std::filesystem::path &directory, const Effort &effort);
 
-// In a process of its own: the growth of its memory while the workload runs once in one implementation.
+// Runs the workload once in one implementation, in a separate process, and returns the growth of its memory.
 int64_t peakOf(const Workload &workload, const std::string &implementation, const std::filesystem::path &directory);
 
-// The arguments that ask a process for peakOf: see main.cpp.
+// The arguments that make a process run peakOf: see main.cpp.
 inline constexpr const char *peakOption = "--peak-of";
 
 } // namespace bench

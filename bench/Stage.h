@@ -1,4 +1,4 @@
-// Where a workload is played: the three implementations, each with a file of its own that holds the same.
+// Where a workload runs: the three implementations, each with its own file of the same contents.
 #pragma once
 
 #include "Implementation.h"
@@ -8,8 +8,8 @@
 
 namespace bench {
 
-// What the files hold before a workload starts. The library makes it, through its exported functions; the name says
-// which one it is, so that it is made once.
+// The contents of the files before a workload starts. The library creates them, through its exported functions, once
+// for each name.
 struct Filling
 {
     std::string name;
@@ -31,11 +31,11 @@ public:
 
     void open();
     void close();
-    // Puts a copy of a file in the place of its own; none removes it.
+    // Replaces its own file with a copy of a file, or removes it if there is none.
     void restore(const std::filesystem::path &original);
     void removeFile();
 
-    std::filesystem::path original; // what the file was before the workload
+    std::filesystem::path original; // the file before the workload
 
 private:
     std::unique_ptr<Implementation> implementation;
@@ -44,13 +44,13 @@ private:
 
 using Stores = std::vector<std::unique_ptr<Store>>;
 
-// The three, in directories of their own under that one.
+// The three implementations, in subdirectories of a directory.
 Stores makeStores(const std::filesystem::path &directory);
 
-// The file that a filling makes, made if it is not there yet.
+// The file with the contents of a filling, created if it does not exist yet.
 std::filesystem::path filledFile(const std::filesystem::path &directory, const Filling &filling);
 
-// Whether two files hold the same tables with the same rows of the same types.
+// Whether two files have the same tables with the same rows of the same types.
 bool sameFiles(const std::filesystem::path &a, const std::filesystem::path &b);
 
 } // namespace bench

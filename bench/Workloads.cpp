@@ -17,8 +17,8 @@ using documents::Shape;
 constexpr Equipment fullEquipment = {200, {8, 8, 4, 3}};
 constexpr Shape smallShape = {4, 4, 2, 2};
 
-// The standing events come after those that the workloads add, and their flag keeps them from being cleared, so that
-// the added ones can be taken away again.
+// The permanent events come after those that the workloads add, and their flag protects them from clearing, so that the
+// added events can be deleted again.
 constexpr uint32_t addedTime = 1500000000, standingTime = 1600000000;
 constexpr Journal standing = {1, standingTime, true, 0};
 
@@ -99,11 +99,11 @@ Filling sitesOf(uint32_t count)
 
 const Filling nothing = {"nothing", [] {}};
 
-// ---- Shapes of a workload ----
+// ---- Kinds of workloads ----
 
 void doNothing(Store &) {}
 
-// A call that gives records.
+// A call that returns records.
 template<class Call>
 Workload giving(const std::string &name, uint32_t size, const Filling &filling, const Call &call)
 {
@@ -115,7 +115,7 @@ Workload giving(const std::string &name, uint32_t size, const Filling &filling, 
             [=](Store &a, Store &b) { return sameRecords(call(a), call(b)); }};
 }
 
-// A call that only writes: what it wrote shows in the files.
+// A call that only writes: the comparison is that of the files.
 Workload writing(const std::string &name, uint32_t size, const Filling &filling,
                  const std::function<void(Store &)> &before, const std::function<void(Store &)> &run)
 {
@@ -203,7 +203,7 @@ Workload getUserOf(const std::string &name, uint32_t size, uint32_t count)
 Workload updateUserOf(const std::string &name, uint32_t size, uint32_t count)
 {
     const Text before = documents::oneUser(count / 2, "Tower 1, gate");
-    const Text json = documents::oneUser(count / 2, "Tower 2, gate"); // SQLite writes nothing where nothing changes
+    const Text json = documents::oneUser(count / 2, "Tower 2, gate"); // SQLite writes nothing if nothing changes
     Workload workload = giving(name, size, usersOf(count), [=](Store &store) { return store->updateUser(json); });
     workload.before = [=](Store &store) { store->updateUser(before); };
     return workload;
@@ -238,8 +238,8 @@ std::vector<Workload> comparedWorkloads()
         addEventsTo("addEvents of 1,000", 0, 1000, journal),
         addEventsTo("addEvents of 20,000", 0, 20000, journal),
         addEventTo("addEvent", 0, journal),
-        getEventsOf("getEvents giving 1,000", 0, 1000, 100000),
-        getEventsOf("getEvents giving 100,000", 0, 100000, 100000),
+        getEventsOf("getEvents returning 1,000", 0, 1000, 100000),
+        getEventsOf("getEvents returning 100,000", 0, 100000, 100000),
         addDevicesOf("addDevices of 200", 0, fullEquipment),
         getDevicesOf("getDevices of 200", 0, fullEquipment),
         getDeviceOf("getDevice", 0, fullEquipment),
@@ -266,7 +266,7 @@ std::vector<Workload> scaledWorkloads(const Limits &limits)
     for (uint32_t size = 10000; size <= limits.events; size *= 10) {
         workloads.push_back(addEventsTo("addEvents of 1,000", size, 1000, size));
         workloads.push_back(addEventTo("addEvent", size, size));
-        workloads.push_back(getEventsOf("getEvents giving 1,000", size, 1000, size));
+        workloads.push_back(getEventsOf("getEvents returning 1,000", size, 1000, size));
         workloads.push_back(getEventsOf("getEvents, all", size, size, size));
         workloads.push_back(clearEventsOf("clearEventsBeforeDateExceptAffects, half", size, size));
     }

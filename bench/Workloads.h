@@ -1,4 +1,4 @@
-// The work that is measured, said once for all implementations.
+// The measured work, described once for all implementations.
 #pragma once
 
 #include "Stage.h"
@@ -8,18 +8,18 @@ namespace bench {
 struct Workload
 {
     std::string name;
-    uint32_t size; // of what it is measured against, in a scaling run
+    uint32_t size; // the size of the store in a scaling run
     Filling filling;
-    std::function<void(Store &)> before; // ahead of each run, not measured
-    std::function<void(Store &)> run;    // with the release of what it gives
-    // Whether a run gives the same in both.
+    std::function<void(Store &)> before; // before each run, not measured
+    std::function<void(Store &)> run;    // includes the release of the result
+    // Whether a run has the same result in both.
     std::function<bool(Store &, Store &)> agree;
 };
 
-// Those of the table of ratios.
+// The workloads of the table of ratios.
 std::vector<Workload> comparedWorkloads();
 
-// Those of the scaling run, each at several sizes up to these.
+// The workloads of the scaling run, each at several sizes up to these.
 struct Limits
 {
     uint32_t events = 1000000;

@@ -1,11 +1,11 @@
-// usage: brimlet_bench [OPTION...] DIRECTORY     the stores are made in a directory of their own under it
-//   --out=FILE          where the results go, as JSON; else to the standard output
-//   --only=TEXT         the workloads whose name holds the text
-//   --repetitions=N     of each workload in each implementation
-//   --seconds=S         the least that a repetition takes
+// usage: brimlet_bench [OPTION...] DIRECTORY     creates the stores in a subdirectory of DIRECTORY
+//   --out=FILE          the file for the results, as JSON; standard output if not given
+//   --only=TEXT         only the workloads whose name contains TEXT
+//   --repetitions=N     the number of repetitions of each workload in each implementation
+//   --seconds=S         the minimum time of a repetition
 //   --scaling           the workloads of the scaling run instead of those of the table
 //   --events=N          the largest journal of the scaling run, a power of ten
-//   --profile=NAME      one implementation alone, run again and again for --seconds, for a profiler to look at
+//   --profile=NAME      runs one implementation repeatedly for --seconds, for a profiler
 #include "Memory.h"
 #include "Runner.h"
 
@@ -35,7 +35,7 @@ public:
     ~TemporaryDirectory()
     {
         std::error_code ignored;
-        fs::current_path("/", ignored); // the library works in one of its parts
+        fs::current_path("/", ignored); // the working directory of the library is inside it
         fs::remove_all(directory, ignored);
     }
 
@@ -54,7 +54,7 @@ struct Options
     Effort effort;
 };
 
-// What follows "--name=".
+// The text after "--name=".
 std::optional<std::string> valueOf(const std::string &argument, const std::string &name)
 {
     const std::string start = "--" + name + "=";
@@ -85,10 +85,10 @@ Options read(const std::vector<std::string> &arguments)
         else if (options.directory.empty() && argument.compare(0, 1, "-") != 0)
             options.directory = fs::absolute(argument);
         else
-            throw std::runtime_error("what is " + argument + "?");
+            throw std::runtime_error("unknown option " + argument);
     }
     if (options.directory.empty())
-        throw std::runtime_error("the directory for the stores is missing");
+        throw std::runtime_error("no DIRECTORY given");
     options.directory /= "brimlet-bench-" + std::to_string(getpid());
     return options;
 }
@@ -143,7 +143,7 @@ void run(const Options &options)
             profile(workload, options);
 }
 
-// Of one workload in one implementation, for the process that asked.
+// Prints the peak of one workload in one implementation, for the calling process.
 void tellPeak(const std::string &name, const std::string &implementation, const fs::path &directory)
 {
     for (const Workload &workload : comparedWorkloads())

@@ -1,12 +1,12 @@
-# Target `documentation`: the comments of the headers as HTML, in documentation/html of the build directory.
-find_program(BRIMLET_DOXYGEN doxygen DOC "Makes the documentation of the headers")
+# Target `documentation`: generates HTML from the comments of the headers, in documentation/html of the build directory.
+find_program(BRIMLET_DOXYGEN doxygen DOC "Generates the documentation of the headers")
 if(NOT BRIMLET_DOXYGEN)
-    message(STATUS "doxygen is not installed: the comments of the headers are neither checked nor made into HTML")
+    message(STATUS "doxygen is not installed: the headers' comments are neither checked nor converted to HTML")
     return()
 endif()
 
-# brimlet_doxygen(VARIABLE OUTPUT HEADERS): the command that runs Doxygen. HEADERS is ALL, or C for those of which
-# every parameter and result has to be documented.
+# brimlet_doxygen(VARIABLE OUTPUT HEADERS): the command that runs Doxygen. HEADERS is ALL, or C for the headers
+# in which every parameter and result must be documented.
 function(brimlet_doxygen variable output headers)
     set(cpp_headers bindings/cpp)
     set(is_strict NO)

@@ -1,8 +1,9 @@
-# What `cmake --install` puts where. Components, each of them a Debian package too: runtime, development, tools.
+# Installation. Each component is also a Debian package: runtime, development, tools.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# The headers have plain names, so they get a folder of their own; the package and pkg-config name it to the compiler.
+# The headers have plain names, so they have a folder of their own; the CMake package and pkg-config add it to the
+# include path.
 set(header_directory ${CMAKE_INSTALL_INCLUDEDIR}/brimlet)
 set(package_directory ${CMAKE_INSTALL_LIBDIR}/cmake/Brimlet)
 set(pkgconfig_directory ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
@@ -25,7 +26,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/BrimletConfigVersion.cmak
 install(FILES ${PROJECT_BINARY_DIR}/BrimletConfig.cmake ${PROJECT_BINARY_DIR}/BrimletConfigVersion.cmake
     DESTINATION ${package_directory} COMPONENT development)
 
-# pkg-config, with a prefix that follows the file, so that the tree can be moved.
+# pkg-config, with a prefix relative to the file, so that the tree is relocatable.
 if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
     set(pkgconfig_prefix ${CMAKE_INSTALL_PREFIX})
 else()
@@ -36,9 +37,9 @@ endif()
 configure_file(cmake/brimlet.pc.in brimlet.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/brimlet.pc DESTINATION ${pkgconfig_directory} COMPONENT development)
 
-# On Windows, all that the library needs beside it: Qt, the compiler's libraries, which lie beside Qt's, and Qt's
-# driver, which is found in `plugins`, next to the folder of the DLLs. The module definition is for linkers that cannot
-# read the import library.
+# On Windows, everything that the library depends on: Qt, the compiler's runtime libraries, which are beside Qt's, and
+# Qt's driver, which Qt finds in `plugins`, next to the folder of the DLLs. The module definition is for linkers that
+# cannot read the import library.
 if(WIN32)
     install(FILES $<TARGET_FILE:Qt5::Core> $<TARGET_FILE:Qt5::Sql>
         $<TARGET_FILE_DIR:Qt5::Core>/libstdc++-6.dll
@@ -50,7 +51,7 @@ if(WIN32)
         COMPONENT development)
 endif()
 
-# Documentation with the files that it links to, and the example client with its data, ready to be built on the
+# The documentation with the files that it links to, and the example client with its data, ready to build with the
 # installed library.
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${documentation_directory} COMPONENT development)
 install(FILES ${public_headers} DESTINATION ${documentation_directory}/include/brimlet COMPONENT development)

@@ -1,8 +1,8 @@
-# Packages, made by `cpack` in the build directory.
+# Packages. Run `cpack` in the build directory.
 set(CPACK_PACKAGE_NAME brimlet)
 set(CPACK_PACKAGE_VENDOR "The Brimlet developers")
 if(WIN32)
-    # One archive of everything.
+    # One archive with everything.
     set(CPACK_GENERATOR ZIP)
     set(CPACK_PACKAGE_FILE_NAME brimlet-${PROJECT_VERSION}-windows-x86_64)
     set(CPACK_STRIP_FILES ON)
@@ -10,9 +10,9 @@ if(WIN32)
     return()
 endif()
 
-# Debian packages. Configure with -DCMAKE_INSTALL_PREFIX=/usr to have the library in the folder of its architecture.
+# Debian packages. Configure with -DCMAKE_INSTALL_PREFIX=/usr to install the library in the folder of its architecture.
 set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own below, else CPack sets one in front of it
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own below, otherwise CPack adds one
 set(CPACK_PACKAGE_CONTACT "The Brimlet developers <brimlet@localhost>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
@@ -30,8 +30,8 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS libqt5sql5-sqlite)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=") # a client runs on later versions of the same number too
-file(GENERATE OUTPUT triggers CONTENT "activate-noawait ldconfig\n") # a new library has to be found at once
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=") # a client also runs on later versions with the same major number
+file(GENERATE OUTPUT triggers CONTENT "activate-noawait ldconfig\n") # so that the loader finds a new library at once
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/triggers)
 
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Local cache of a monitoring service's data: development files
@@ -43,7 +43,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${CPACK_DEBIAN_RUNTIME_PACKAGE_NAM
 
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "Local cache of a monitoring service's data: Python and command line
 The Python package brimlet and the command of the same name, which calls the
-library's functions, loads documents, and looks into a store.")
+library's functions, loads documents, and inspects a store.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME brimlet-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_ARCHITECTURE all)

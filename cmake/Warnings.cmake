@@ -1,4 +1,4 @@
-# brimlet_warnings(TARGET): the warnings of our own code, errors where BRIMLET_WERROR is on.
+# brimlet_warnings(TARGET): enables warnings, which are errors if BRIMLET_WERROR is on.
 function(brimlet_warnings target)
     if(NOT MSVC)
         target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion

@@ -1,6 +1,6 @@
-# Builds for 64-bit Windows on Debian: MinGW-w64, the Qt that scripts/windows-qt has made, and Wine, which runs the
-# tests. The environment variable BRIMLET_WINDOWS_SDK names the directory of scripts/windows-qt where it is another
-# than usual.
+# Builds for 64-bit Windows on Debian, with MinGW-w64, the Qt that scripts/windows-qt built, and Wine, which runs the
+# tests. The environment variable BRIMLET_WINDOWS_SDK names the directory of scripts/windows-qt if it is not the
+# default.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
@@ -16,15 +16,15 @@ if(NOT BRIMLET_WINDOWS_SDK)
         set(sdk "$ENV{HOME}/.cache/brimlet")
     endif()
     get_filename_component(sdk "${sdk}" ABSOLUTE)
-    set(BRIMLET_WINDOWS_SDK "${sdk}" CACHE PATH "Qt and SQLite for Windows, made by scripts/windows-qt")
+    set(BRIMLET_WINDOWS_SDK "${sdk}" CACHE PATH "Qt and SQLite for Windows, built by scripts/windows-qt")
 endif()
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES BRIMLET_WINDOWS_SDK)
 set(qt ${BRIMLET_WINDOWS_SDK}/qt5-mingw)
 if(NOT IS_DIRECTORY ${qt}/lib/cmake/Qt5Core)
-    message(FATAL_ERROR "There is no Qt for Windows in ${BRIMLET_WINDOWS_SDK}; scripts/windows makes it")
+    message(FATAL_ERROR "There is no Qt for Windows in ${BRIMLET_WINDOWS_SDK}; run scripts/windows, which builds it")
 endif()
 
-# Programs are the machine's own; all else is Windows' and never the machine's own Qt.
+# Programs are native; everything else is for Windows, and never the native Qt.
 set(CMAKE_FIND_ROOT_PATH ${qt})
 list(PREPEND CMAKE_PREFIX_PATH ${qt})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
@@ -32,6 +32,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# A program finds Qt by WINEPATH. One that crashes ends at once: no debugger, no dialogue.
+# A program finds Qt through WINEPATH. If it crashes, it ends at once, without a debugger or a dialog.
 set(CMAKE_CROSSCOMPILING_EMULATOR env WINEDEBUG=-all "WINEDLLOVERRIDES=winedbg.exe=d" "WINEPATH=${qt}/bin"
     ${CMAKE_CURRENT_LIST_DIR}/run-under-wine)

@@ -1,8 +1,8 @@
 // A client of the library, from launch to exit: it fills the store, reads it, keeps a journal of events, updates and
-// removes, makes some mistakes, and comes back a second time. Every step prints what it does and what comes of it.
+// deletes records, makes some mistakes, and launches a second time. Every step prints what it does, and the result.
 //
 // usage: brimlet_example DATA [DIRECTORY]
-// DATA is the folder with the sample documents. The library works in DIRECTORY, or else in a temporary directory.
+// DATA is the folder with the sample documents. The library runs in DIRECTORY, by default in a temporary directory.
 #include "story/Story.h"
 #include "support/Print.h"
 #include "support/Results.h"
@@ -26,14 +26,14 @@ void reportState(const std::string &when)
 
 void firstSession(const std::filesystem::path &data)
 {
-    printHeading("Launch: launchCache on a thread of its own");
-    reportState("before it");
+    printHeading("Launch: launchCache on a dedicated thread");
+    reportState("before the launch");
     const Session session;
     reportState("while it runs");
     if (getLaunchCacheResult() == BRIMLET_LAUNCH_OPENED)
-        expect("clearAll", clearAll()); // somebody has worked in this directory before
+        expect("clearAll", clearAll()); // the directory was used before
     else
-        expectLaunch(BRIMLET_LAUNCH_CREATED); // after any other result the store would answer nothing
+        expectLaunch(BRIMLET_LAUNCH_CREATED); // after any other result the store is unusable
 
     loadReferenceData(data);
     rememberServer();
@@ -54,7 +54,7 @@ void secondSession()
     expectLaunch(BRIMLET_LAUNCH_OPENED);
     printCounts();
 
-    printHeading("Clearing: clearAll leaves nothing but the server address");
+    printHeading("Clearing: clearAll keeps only the server address");
     expect("clearAll", clearAll());
     printCounts();
 }

@@ -27,7 +27,7 @@ void showUpdate(const std::string &getName, GetById<Flat> get, uint32_t id, cons
     printChanges(fieldsOf(*before), fieldsOf(*after));
 }
 
-// The journal lists the events of known devices only.
+// getEvents returns only the events of known devices.
 uint32_t countEventsAround(const std::string &when)
 {
     const uint32_t count = countEvents();
@@ -44,16 +44,16 @@ void updateRecords(const fs::path &data)
                data / "update_contract.json");
     showUpdate("getOrganization", getOrganization, organizationUpdated, "updateOrganization", updateOrganization,
                data / "update_organization.json");
-    std::cout << "A contact person is not merged: the new one replaces the old one whole, so the postal code went.\n";
+    std::cout << "A contact person is replaced as a whole, so the postal code is gone.\n";
 }
 
 void removeDevice(const fs::path &data)
 {
-    printHeading("deleteDevice: " + std::to_string(deviceRemoved) + " goes with all its parts");
+    printHeading("deleteDevice: " + std::to_string(deviceRemoved) + " is deleted with everything in it");
     const uint32_t before = countEventsAround("before");
     send("deleteDevice", deleteDevice, readDocument(data / "delete_device.json"));
     const uint32_t after = countEventsAround("after");
-    std::cout << "Its " << before - after << " events are still kept, but silent until the device comes back.\n";
+    std::cout << "Its " << before - after << " events are still stored, but not listed until the device is back.\n";
 }
 
 } // namespace example

@@ -18,7 +18,7 @@ constexpr uint32_t secondsOfHour = 3600;
 constexpr uint32_t secondsOfDay = 24 * secondsOfHour;
 constexpr uint32_t endOfTime = std::numeric_limits<uint32_t>::max();
 
-// Lists of the library have no order, a journal has.
+// Arrays of the library are in no particular order, a journal is sorted by time.
 OwnedArray<FlatEvent> sortedByTime(OwnedArray<FlatEvent> events)
 {
     const auto timeOf = [](const FlatEvent &event) { return event.time ? *event.time : 0; };
@@ -50,15 +50,15 @@ void streamDay(const fs::path &data)
         const OwnedArray<FlatEvent> known = getAll("addEvents", addEvents, json.data(), unitsOf(json));
         rows.push_back({file.filename().string(), std::to_string(known.size())});
     }
-    printTable({"document", "events that come back"}, rows, 5);
-    std::cout << "Events of an unknown device are kept, but not listed: the journal has " << countEvents();
+    printTable({"document", "events returned"}, rows, 5);
+    std::cout << "Events of an unknown device are stored, but not listed: the journal has " << countEvents();
     send("addDevice", addDevice, readDocument(data / "add_device.json"));
     std::cout << " events, and after addDevice " << countEvents() << ".\n";
 }
 
 void addOne(const fs::path &data)
 {
-    printHeading("addEvent: one more, as it comes back");
+    printHeading("addEvent: one more event, as stored");
     const Owned<FlatEvent> event = exchange("addEvent", addEvent, readDocument(data / "event.json"));
     printFields(fieldsOf(*event));
 }
@@ -71,16 +71,16 @@ void listHour(uint32_t from)
 
 void takeOneMarkAway()
 {
-    printHeading("getAffectEvents: the marked events, which no purge removes");
+    printHeading("getAffectEvents: the marked events, which no purge deletes");
     const OwnedArray<FlatEvent> marked = markedEvents();
     printEvents(marked, 5);
     const Utf16 json = toUtf16("{\"D\":{\"id\":" + std::to_string(marked.front().id) + "}}");
     const Owned<FlatEvent> event = exchange("removeAffectFlag", removeAffectFlag, json);
-    std::cout << "\nremoveAffectFlag takes the mark of the first one away:\n";
+    std::cout << "\nremoveAffectFlag clears the mark of the first one:\n";
     printChanges(fieldsOf(marked.front()), fieldsOf(*event));
 }
 
-// How many events there are: all, up to a time, and marked.
+// The number of events: all, up to a time, and marked.
 Row countRow(const std::string &when, uint32_t time)
 {
     return {when, std::to_string(countEvents()), std::to_string(eventsBetween(0, time).size()),
@@ -94,7 +94,7 @@ void purge(uint32_t until)
     expect("clearEventsBeforeDateExceptAffects", clearEventsBeforeDateExceptAffects(until));
     const Row after = countRow("after", until);
     printTable({"the purge", "all events", "before six", "marked"}, {before, after});
-    std::cout << "\nFrom before six these are left, marked or come without a word about a mark:\n";
+    std::cout << "\nThese events before six remain, either marked or sent without \"affect\":\n";
     printEvents(eventsBetween(0, until), 10);
 }
 

@@ -11,7 +11,7 @@ namespace {
 constexpr uint32_t someUser = 1002;
 constexpr uint32_t noSite = 999;
 
-// The answer to a mistake is checked like any other.
+// The result of a mistake is checked like any other.
 Row mistakeRow(const std::string &call, const std::string &mistake, uint32_t result, uint32_t expected)
 {
     expect(call, result, expected);
@@ -46,18 +46,18 @@ Row occupiedPointer()
 {
     const Owned<FlatUser> user = getOne("getUser", getUser, someUser);
     FlatUser *occupied = user.get();
-    return mistakeRow("getUser", "the pointer holds a user already", getUser(&occupied, someUser), BRIMLET_REFUSED);
+    return mistakeRow("getUser", "the pointer is not null", getUser(&occupied, someUser), BRIMLET_REFUSED);
 }
 
 } // namespace
 
 void makeMistakes()
 {
-    printHeading("Mistakes, and what they are answered with");
+    printHeading("Mistakes and their results");
     printTable(
-        {"call", "mistake", "answer"},
+        {"call", "mistake", "result"},
         {
-            wrongDocument("addLocales", addLocales, "no JSON", "id=1", BRIMLET_REFUSED),
+            wrongDocument("addLocales", addLocales, "not JSON", "id=1", BRIMLET_REFUSED),
             wrongDocument("addLocales", addLocales, "no envelope", R"({"items":[{"id":1}]})", BRIMLET_INCOMPLETE),
             wrongDocument("addLocales", addLocales, "no items", R"({"D":{"items":[]}})", BRIMLET_REFUSED),
             wrongDocument("addLocales", addLocales, "id is a text", R"({"D":{"items":[{"id":"1"}]}})",
@@ -73,7 +73,7 @@ void makeMistakes()
     const Owned<FlatUser> before = getOne("getUser", getUser, someUser);
     const Utf16 trueFlag = toUtf16(R"({"D":{"id":1002,"active":true}})");
     const Owned<FlatUser> after = exchange("updateUser", updateUser, trueFlag);
-    std::cout << "\nOne mistake passes: a flag is written 1 or 0, and true counts as 0.\nUser " << someUser
+    std::cout << "\nOne mistake is accepted: a flag is 1 or 0, and true counts as 0.\nUser " << someUser
               << " had \"active\" " << shown(before->isActive) << ", and after updateUser with true it is "
               << shown(after->isActive) << ".\n";
 }

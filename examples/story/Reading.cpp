@@ -13,7 +13,7 @@ constexpr uint32_t contractShown = 2010;
 
 void showNameAndAddress()
 {
-    printHeading("getSiteNameAndAddress: a glance at a site, without the rest");
+    printHeading("getSiteNameAndAddress: only two texts of a site");
     uint16_t *nameOut = nullptr;
     uint16_t *addressOut = nullptr;
     expect("getSiteNameAndAddress", getSiteNameAndAddress(&nameOut, &addressOut, siteUpdated));
@@ -38,10 +38,10 @@ void showRecords()
     printHeading("getOrganizations: each with a contact person");
     printOrganizations(getAll("getOrganizations", getOrganizations), 8);
 
-    printHeading("getContract: with all it refers to");
+    printHeading("getContract: with everything it refers to");
     printContract(*getOne("getContract", getContract, contractShown));
 
-    printHeading("getDevice: with all it holds");
+    printHeading("getDevice: with everything in it");
     printDevice(*getOne("getDevice", getDevice, deviceRemoved));
 
     showNameAndAddress();
@@ -49,7 +49,7 @@ void showRecords()
 
 void lookUp()
 {
-    printHeading("get...WithParams: looking up by a field");
+    printHeading("get...WithParams: searching by a field");
     printTable({"call", "key", "value", "found"},
                {
                    findRow("getUsersWithParams", getUsersWithParams, "domain", "10"),
@@ -60,7 +60,7 @@ void lookUp()
                    findRow("getDevicesWithParams", getDevicesWithParams, "account", "4107"),
                    findRow("getSitesWithParams", getSitesWithParams, "is_crossing", "1"),
                });
-    std::cout << "The value is always a text, and the field has to equal it: no pattern, no case folding.\n";
+    std::cout << "The value is always a text, and the field must equal it: no patterns, no case folding.\n";
 }
 
 } // namespace example

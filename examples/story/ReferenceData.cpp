@@ -49,7 +49,7 @@ std::string serverAddress()
 
 void loadReferenceData(const std::filesystem::path &data)
 {
-    printHeading("Reference data: documents go in, rows come of them");
+    printHeading("Reference data: the client sends documents, the library stores rows");
     std::vector<Row> rows;
     for (const Kind &kind : kinds()) {
         const Utf16 json = readDocument(data / kind.file);
@@ -58,7 +58,7 @@ void loadReferenceData(const std::filesystem::path &data)
         rows.push_back({kind.file, kind.addName, describeResult(result), std::to_string(kind.count())});
     }
     printTable({"document", "call", "answer", "in the store"}, rows);
-    std::cout << "Sites bring devices along: getDevices gives " << getAll("getDevices", getDevices).size()
+    std::cout << "Sites contain devices: getDevices returns " << getAll("getDevices", getDevices).size()
               << " by now.\n";
 }
 

@@ -1,5 +1,5 @@
-// The chapters of the story that client.cpp tells, in their order. Each prints what it does and what the library
-// answers. They need a running session, and DATA is always the folder with the sample documents.
+// The steps of client.cpp, in their order. Each prints what it does and what the library returns. They need a running
+// session; DATA is the folder with the sample documents.
 #pragma once
 
 #include <cstdint>
@@ -7,12 +7,12 @@
 
 namespace example {
 
-// Reference data: adding whole documents, and counting what the store holds then.
+// Reference data: adding whole documents, and counting the records in the store.
 void loadReferenceData(const std::filesystem::path &data);
 void rememberServer();
 void printCounts();
 
-// Reading: lists, single records with all that hangs on them, and looking up by a field.
+// Reading: arrays, single records with everything in them, and searching by a field.
 void showRecords();
 void lookUp();
 
@@ -20,14 +20,14 @@ void lookUp();
 void keepJournal(const std::filesystem::path &data);
 std::uint32_t countEvents();
 
-// Changes: updates merge, and what is removed takes its parts along.
+// Changes: updates keep absent members, and a delete includes the parts of the record.
 void updateRecords(const std::filesystem::path &data);
 void removeDevice(const std::filesystem::path &data);
 
-// Mistakes: what bad input is answered with.
+// Mistakes: the results for bad input.
 void makeMistakes();
 
-// Records of the sample documents that several chapters look at.
+// Records of the sample documents that several steps use.
 constexpr std::uint32_t deviceRemoved = 104;
 constexpr std::uint32_t siteUpdated = 310;
 

@@ -1,5 +1,5 @@
-// The shapes that nearly all functions of the library come in. Each helper takes the function with its name, makes
-// the call, checks the answer and puts what came out into safe hands.
+// Helpers for the signatures that nearly all functions of the library have. Each takes the function with its name,
+// calls it, checks the result, and returns an owner of what the client received.
 #pragma once
 
 #include "Owned.h"
@@ -8,13 +8,13 @@
 
 namespace example {
 
-// The count that goes with every text: UTF-16 units, not bytes.
+// The length of a text: UTF-16 code units, not bytes.
 inline uint32_t unitsOf(const Utf16 &text)
 {
     return static_cast<uint32_t>(text.size());
 }
 
-// A function that takes a document and hands nothing back.
+// A function that takes a document and returns only a code.
 using Sender = uint32_t (*)(const uint16_t *json, uint32_t length);
 
 inline void send(const std::string &name, Sender function, const Utf16 &json)
@@ -22,16 +22,16 @@ inline void send(const std::string &name, Sender function, const Utf16 &json)
     expect(name, function(json.data(), unitsOf(json)));
 }
 
-// A function that hands out one record.
+// A function that returns one record.
 template<class Flat, class... Parameters, class... Arguments>
 Owned<Flat> getOne(const std::string &name, uint32_t (*function)(Flat **, Parameters...), Arguments... arguments)
 {
-    Flat *record = nullptr; // has to be null: the library refuses to overwrite a pointer
+    Flat *record = nullptr; // must be null: the library refuses to overwrite a pointer
     expect(name, function(&record, arguments...));
     return Owned<Flat>(record);
 }
 
-// A function that hands out a list. The library has no empty lists, it answers that nothing was found.
+// A function that returns an array. The library has no empty arrays, it returns BRIMLET_NOT_FOUND.
 template<class Flat, class... Parameters, class... Arguments>
 OwnedArray<Flat> getAll(const std::string &name, uint32_t (*function)(Flat **, uint32_t *, Parameters...),
                         Arguments... arguments)
@@ -45,7 +45,7 @@ OwnedArray<Flat> getAll(const std::string &name, uint32_t (*function)(Flat **, u
     return OwnedArray<Flat>(records, count);
 }
 
-// A function that hands out the list of the records whose field equals a value.
+// A function that returns an array of the records whose field equals a value.
 template<class Flat>
 using Finder = uint32_t (*)(Flat **records, uint32_t *count, const uint16_t *key, uint32_t keyLength,
                             const uint16_t *value, uint32_t valueLength);
@@ -59,7 +59,7 @@ OwnedArray<Flat> getAllBy(const std::string &name, Finder<Flat> function, const 
     return getAll(name, function, keyText.data(), unitsOf(keyText), valueText.data(), unitsOf(valueText));
 }
 
-// A function that takes a document of one record and hands out the record as it is stored then.
+// A function that takes a document of one record and returns the record as stored.
 template<class Flat>
 using Exchanger = uint32_t (*)(Flat **record, const uint16_t *json, uint32_t length);
 

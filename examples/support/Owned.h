@@ -1,4 +1,4 @@
-// Ownership of what the library hands out: every block goes back by itself, through the free function of its name.
+// Owners of what the library returns: each releases its block with the matching free function.
 #pragma once
 
 #include "brimlet.h"
@@ -13,8 +13,8 @@
 
 namespace example {
 
-// One overload a kind of record, so that the templates below find the right function by themselves. The answers need no
-// look: they are 0 for every whole record, and the templates give back nothing else.
+// One overload for each kind of record, from which the templates below choose. The results are ignored: they are 0 for
+// every complete record, and the templates release nothing else.
 inline void giveBack(FlatLocale *locale)
 {
     freeLocale(locale);
@@ -105,7 +105,7 @@ inline void giveBack(FlatEvent *events, uint32_t count)
     freeEventsArray(events, count);
 }
 
-// The few plain texts have no free function, they go back to the allocator of the platform.
+// Plain texts have no free function, the allocator of the platform releases them.
 inline void giveBack(uint16_t *text)
 {
 #ifdef _WIN32
@@ -128,7 +128,7 @@ struct GiveBack
 template<class Block>
 using Owned = std::unique_ptr<Block, GiveBack>;
 
-// An array of records together with its count. Without records it is empty.
+// An array of records with its count, which may be 0.
 template<class Flat>
 class OwnedArray
 {
@@ -141,7 +141,7 @@ public:
     Flat &front() const
     {
         if (!records)
-            throw std::out_of_range("an empty list has no first record");
+            throw std::out_of_range("an empty array has no first record");
         return records[0];
     }
     uint32_t size() const { return records ? records.get_deleter().count : 0; }

@@ -10,7 +10,7 @@
 namespace example {
 namespace {
 
-// The columns that a code point takes on a terminal: none for a combining accent, two for East Asian characters.
+// The width of a code point on a terminal: 0 for a combining accent, 2 for East Asian characters.
 std::size_t columnsOf(char32_t codePoint)
 {
     if (codePoint >= 0x300 && codePoint < 0x370)

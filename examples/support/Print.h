@@ -9,8 +9,8 @@
 
 namespace example {
 
-// A field of a record as text. What is absent shows as "-", so that it differs from an empty text. A pointer to 16-bit
-// units is always a text, all other pointers are numbers.
+// A field of a record as text. An absent field is "-", which differs from an empty text. A pointer to 16-bit code units
+// is always a text, all other pointers are numbers.
 std::string shown(const uint16_t *text);
 std::string shown(const double *number);
 
@@ -20,13 +20,13 @@ std::string shown(const Number *number)
     return number ? std::to_string(*number) : "-";
 }
 
-// Times come as the seconds that the service counts, here from the start of 1970 in UTC.
+// Times are in seconds, for the sample data since the start of 1970 in UTC.
 std::string shownDate(const uint32_t *time);
 std::string shownClock(const uint32_t *time);
 
 void printHeading(const std::string &title);
 
-// Rows of cells, as many as there are heads. Of many rows only the first ones are printed.
+// Rows with as many cells as there are heads. Prints only the first of many rows.
 using Row = std::vector<std::string>;
 
 void printTable(const Row &heads, const std::vector<Row> &rows,

@@ -64,7 +64,7 @@ std::string describeLaunchResult(uint32_t launchResult)
 }
 
 UnexpectedResult::UnexpectedResult(const std::string &call, const std::string &answer)
-    : std::runtime_error(call + " answered " + answer)
+    : std::runtime_error(call + " returned " + answer)
 {
 }
 

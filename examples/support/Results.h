@@ -1,4 +1,4 @@
-// What the library answers, in words, and what becomes of an answer that the client did not expect.
+// The results of the library in words, and what the client does with an unexpected result.
 #pragma once
 
 #include "brimlet.h"
@@ -12,17 +12,17 @@ namespace example {
 std::string describeResult(uint32_t result);
 std::string describeLaunchResult(uint32_t launchResult);
 
-// A call answered something else than it should have.
+// A call returned an unexpected result.
 class UnexpectedResult : public std::runtime_error
 {
 public:
     UnexpectedResult(const std::string &call, const std::string &answer);
 };
 
-// Throws UnexpectedResult unless the call answered what is expected of it.
+// Throws UnexpectedResult unless the call returned the expected result.
 void expect(const std::string &call, uint32_t result, uint32_t expected = BRIMLET_DONE);
 
-// The same for what getLaunchCacheResult answers.
+// The same for getLaunchCacheResult.
 void expectLaunch(uint32_t expected);
 
 } // namespace example

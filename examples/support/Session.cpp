@@ -34,21 +34,22 @@ Workplace::Workplace(const fs::path &name) : before(fs::current_path())
 
 Workplace::~Workplace()
 {
-    std::error_code ignored; // nothing is lost if a temporary file stays behind
+    std::error_code ignored; // a temporary file that remains does no harm
     fs::current_path(before, ignored);
     if (!temporary.empty())
         fs::remove_all(temporary, ignored);
 }
 
-// launchCache does not come back before exitCache, so it gets a thread of its own. The state is the only sign of life.
-// From the second session on Qt warns on stderr that its application is not in the main thread. It need not be.
+// launchCache does not return before exitCache, so it runs on a dedicated thread. Poll the state until the library
+// runs. From the second session on, Qt warns on stderr that its application is not in the main thread. Ignore the
+// warning.
 Session::Session() : thread(launchCache)
 {
     while (getState() != BRIMLET_STATE_RUNNING)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
-// exitCache does not wait. The next session must not start before this one's thread has come back.
+// exitCache does not wait. The next session must not start before launchCache has returned on this one's thread.
 Session::~Session()
 {
     exitCache();

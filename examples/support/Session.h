@@ -1,4 +1,4 @@
-// Where and how long the library runs.
+// The directory and the lifetime of the library.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,8 @@
 
 namespace example {
 
-// Makes a directory the working directory, since that is where the library keeps its file. Without a name it is a
-// fresh one among the temporary files, removed in the end.
+// Changes the working directory, which is where the library keeps its file. Without a name, creates a temporary
+// directory and removes it at the end.
 class Workplace
 {
 public:
@@ -22,7 +22,7 @@ private:
     std::filesystem::path temporary;
 };
 
-// The library while it runs: a session is served from its construction to its destruction. One at a time.
+// The running library, from construction to destruction. At most one at a time.
 class Session
 {
 public:

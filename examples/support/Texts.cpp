@@ -8,7 +8,7 @@ namespace example {
 namespace {
 
 constexpr char32_t replacement = 0xFFFD;
-constexpr char32_t firstBeyondOneUnit = 0x10000; // from here on UTF-16 takes a surrogate pair
+constexpr char32_t firstBeyondOneUnit = 0x10000; // from here on UTF-16 uses a surrogate pair
 constexpr char32_t firstHighSurrogate = 0xD800;
 constexpr char32_t firstLowSurrogate = 0xDC00;
 constexpr char32_t lastLowSurrogate = 0xDFFF;
@@ -23,7 +23,7 @@ bool isLowSurrogate(char32_t unit)
     return unit >= firstLowSurrogate && unit <= lastLowSurrogate;
 }
 
-// How many bytes follow a lead byte, -1 for a byte that leads nothing.
+// The number of continuation bytes after a lead byte, -1 if the byte is not a lead byte.
 int followersOf(unsigned char lead)
 {
     if (lead < 0x80)
@@ -48,7 +48,7 @@ char32_t takeCodePoint(std::string_view &utf8)
         codePoint = codePoint << 6 | (static_cast<unsigned char>(utf8.front()) & 0x3Fu);
         utf8.remove_prefix(1);
     }
-    constexpr char32_t smallest[] = {0, 0x80, 0x800, firstBeyondOneUnit}; // a longer form than needed is broken too
+    constexpr char32_t smallest[] = {0, 0x80, 0x800, firstBeyondOneUnit}; // an overlong form is invalid too
     const bool isSound = codePoint >= smallest[followers] && codePoint <= 0x10FFFF && !isHighSurrogate(codePoint)
                       && !isLowSurrogate(codePoint);
     return isSound ? codePoint : replacement;

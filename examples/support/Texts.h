@@ -1,4 +1,4 @@
-// Texts on both sides of the boundary: the client thinks in UTF-8, the library speaks UTF-16.
+// Conversion of texts: the client uses UTF-8, the library UTF-16.
 #pragma once
 
 #include <cstdint>
@@ -9,18 +9,18 @@
 
 namespace example {
 
-// A text as the library takes it: UTF-16 units and their count, no terminator.
+// A text for the library: UTF-16 code units and their count, no terminator.
 using Utf16 = std::vector<uint16_t>;
 
-// A broken UTF-8 sequence gives U+FFFD.
+// An invalid UTF-8 sequence becomes U+FFFD.
 std::u32string codePointsOf(std::string_view utf8);
 
 Utf16 toUtf16(std::string_view utf8);
 
-// The UTF-8 of a text that the library handed out. It ends at the zero unit; half a surrogate pair gives U+FFFD.
+// The UTF-8 of a text that the library returned. It ends at the NUL terminator; an unpaired surrogate becomes U+FFFD.
 std::string toUtf8(const uint16_t *text);
 
-// A whole JSON file, ready to be sent.
+// A whole JSON file, ready to send.
 Utf16 readDocument(const std::filesystem::path &file);
 
 } // namespace example

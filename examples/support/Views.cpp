@@ -8,7 +8,7 @@
 namespace example {
 namespace {
 
-// A field of an embedded record. The record itself is absent where the store holds none.
+// A field of a nested record. The record itself is absent if the store does not hold it.
 template<class Record, class Field>
 std::string shownIn(const Record *record, Field Record::*field)
 {
@@ -20,7 +20,7 @@ std::string shownFlag(const uint8_t *flag)
     return !flag ? "-" : *flag ? "yes" : "no";
 }
 
-// The classes belong to the service that the sample data come from; the library only carries their numbers.
+// The service that the sample data come from defines the classes; the library only stores their numbers.
 std::string shownClass(const uint8_t *eventClass)
 {
     static const char *const names[] = {"none", "alarm", "fault", "arming", "test", "operator", "state"};

@@ -1,4 +1,4 @@
-// How the records of the library look on the screen.
+// Printing of records.
 #pragma once
 
 #include "Owned.h"
@@ -10,16 +10,16 @@
 
 namespace example {
 
-// Tables, of which only the first rows are printed.
+// Tables. Print only the first rows.
 void printUsers(const OwnedArray<FlatUser> &users, std::size_t most);
 void printOrganizations(const OwnedArray<FlatOrganization> &organizations, std::size_t most);
 void printEvents(const OwnedArray<FlatEvent> &events, std::size_t most);
 
-// Trees, with all that hangs on the record.
+// Trees, with everything in the record.
 void printContract(const FlatContract &contract);
 void printDevice(const FlatDevice &device);
 
-// A record as names and values, for a look at what an update changed.
+// A record as names and values, to show what an update changed.
 using Fields = std::vector<std::pair<std::string, std::string>>;
 
 Fields fieldsOf(const FlatSite &site);

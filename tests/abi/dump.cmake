@@ -1,7 +1,7 @@
-# What the library promises in binary form: writes the dump of a library, or holds the stored dump against it.
+# ABI check: writes the dump of a library, or compares a library with the stored dump.
 #   -DMODE=write -DABIDW=... -DLIBRARY=... -DHEADERS=... -DSOURCE=... -DDUMP=...
 #   -DMODE=compare -DABIDIFF=... -DLIBRARY=... -DDUMP=...
-#   -DMODE=spoil with the arguments of compare: the same with a field moved in a copy of the dump, which must show
+#   -DMODE=spoil with the arguments of compare: the same with a field moved in a copy of the dump, which must fail
 set(public_only --exported-interfaces-only)
 
 if(MODE STREQUAL write)
@@ -30,8 +30,8 @@ execute_process(COMMAND ${ABIDIFF} ${public_only} ${DUMP} ${LIBRARY}
     OUTPUT_VARIABLE report RESULT_VARIABLE status)
 if(MODE STREQUAL spoil)
     if(NOT report MATCHES "offset changed")
-        message(FATAL_ERROR "a moved field does not show (${status}):\n${report}")
+        message(FATAL_ERROR "abidiff does not report a moved field (${status}):\n${report}")
     endif()
 elseif(status)
-    message(FATAL_ERROR "the library differs from the stored dump (${status}):\n${report}")
+    message(FATAL_ERROR "the ABI of the library differs from the stored dump (${status}):\n${report}")
 endif()

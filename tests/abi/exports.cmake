@@ -1,4 +1,4 @@
-# Compares the list of exports, what the linker's files make of it, the functions that the header declares and those
+# Compares the list of exports, the linker files generated from it, the functions that the header declares, and those
 # that the library exports.
 function(names_in file expression result)
     file(READ ${file} text)
@@ -25,7 +25,7 @@ endif()
 string(REGEX MATCHALL "${line}[^\n]+" exported "${text}")
 list(TRANSFORM exported REPLACE "^${line}" "") # a version behind a name, after "@", would stay and show
 if(LIBRARY MATCHES "\\.dll$")
-    # A DLL has a table of addresses beside that of names: an export without a name would show there.
+    # A DLL has a table of addresses beside that of names, which would show an export without a name.
     set(addresses ${exported})
     list(FILTER addresses INCLUDE REGEX " RVA")
     list(FILTER exported EXCLUDE REGEX " RVA")

@@ -1,5 +1,5 @@
-# The table of the flat records' layout: holds it against the header, or makes a C program of it that holds it against
-# the compiler.
+# The layout table of the flat records: compares it with the header, or generates a C program that compares it with the
+# compiler.
 #   -DMODE=names -DTABLE=... -DHEADER=...
 #   -DMODE=program -DTABLE=... -DPROGRAM=...
 file(STRINGS ${TABLE} lines REGEX "^[^#]")
@@ -12,7 +12,7 @@ if(MODE STREQUAL program)
         elseif(line MATCHES "^([A-Za-z]+) ([0-9]+) ([0-9]+)$")
             string(APPEND checks "    RECORD(${CMAKE_MATCH_1}, ${CMAKE_MATCH_2}, ${CMAKE_MATCH_3});\n")
         else()
-            message(FATAL_ERROR "not a line of the table: ${line}")
+            message(FATAL_ERROR "invalid line in the table: ${line}")
         endif()
     endforeach()
     file(WRITE ${PROGRAM} "#include \"layout.h\"\n\nint main(void)\n{\n${checks}    return failures != 0;\n}\n")

@@ -1,4 +1,4 @@
-/* What the program that is made of the table is written in. */
+/* Macros of the program generated from the layout table. */
 #include "brimlet.h"
 
 #include <stddef.h>

@@ -1,4 +1,5 @@
-// Mistakes that a newcomer could make, each behind its own switch. They must not compile, and say why in one sentence.
+// Mistakes that a newcomer could make, each enabled by its own macro. They must not compile, and the message must say
+// why in one sentence.
 #include "api/Flatten.h"
 #include "catalog/Field.h"
 

@@ -18,7 +18,7 @@ protected:
     Session session;
 };
 
-// A look at an answer inside one statement, to whose end it lives.
+// Reads an answer within one statement, at whose end it is destroyed.
 template<class T>
 const Answer<T> &seen(const Answer<T> &answer)
 {

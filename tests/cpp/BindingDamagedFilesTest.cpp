@@ -133,7 +133,7 @@ TEST_F(BindingDamagedFiles, AreTheNewestThreeAndOtherNamesStay)
     EXPECT_EQ(others(), expected);
 }
 
-TEST_F(BindingDamagedFiles, HoldTheLastOneEvenWhereTheClockWasAhead)
+TEST_F(BindingDamagedFiles, HoldTheLastOneEvenIfTheClockWasAhead)
 {
     write("cache/CacheDb.damaged-29990101T000000.000Z", "");
     write("cache/CacheDb", noDatabase);
@@ -142,7 +142,7 @@ TEST_F(BindingDamagedFiles, HoldTheLastOneEvenWhereTheClockWasAhead)
     EXPECT_EQ(read(*session.report().kept), noDatabase);
 }
 
-TEST_F(BindingDamagedFiles, AreNotThereWhereNothingIsDamaged)
+TEST_F(BindingDamagedFiles, AreNotKeptIfNothingIsDamaged)
 {
     for (const LaunchResult expected : {LaunchResult::Created, LaunchResult::Opened}) {
         const Session session("cache");
@@ -175,7 +175,7 @@ TEST_F(BindingDamagedFiles, AreNotEmpty)
     EXPECT_EQ(others(), Names{});
 }
 
-// ---- What a process that died in its launch has left behind ----
+// ---- Files that remain from a process that died during its launch ----
 
 TEST_F(BindingDamagedFiles, ASecondNameOfTheStoreIsRemoved)
 {
@@ -217,7 +217,7 @@ TEST_P(BindingDamagedFilesLeft, BehindAreKept)
 
 INSTANTIATE_TEST_SUITE_P(StoreIsThere, BindingDamagedFilesLeft, ::testing::Bool());
 
-TEST_F(BindingDamagedFiles, AreNotTouchedWhereOthersHaveLaunched)
+TEST_F(BindingDamagedFiles, AreNotTouchedIfOthersHaveLaunched)
 {
     write("cache/CacheDb.before-launch", noDatabase);
     test::Library library;

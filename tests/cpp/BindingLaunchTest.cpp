@@ -1,5 +1,5 @@
-// What Session of brimlet.hpp does when a launch takes too long or comes back, over stand-ins for the functions of the
-// library's life, so that the test says when a launch is over; and over one for a call that runs out of memory.
+// Session of brimlet.hpp when a launch takes too long or returns early, with fakes of the lifecycle functions, so that
+// the test controls when a launch ends; and with a fake of a call that runs out of memory.
 #include "../support/Directory.h"
 #include "brimlet.hpp"
 
@@ -30,7 +30,7 @@ using namespace brimlet;
 using namespace std::chrono_literals;
 
 std::atomic<bool> mayRun{false};    // the launch waits for this
-std::atomic<bool> comesBack{false}; // or comes back at once
+std::atomic<bool> comesBack{false}; // or returns at once
 std::atomic<uint32_t> state{0};
 std::atomic<int> launches{0};
 std::atomic<int> exits{0};
@@ -234,7 +234,7 @@ TEST_P(BindingLaunchReplaced, IsFollowedByALaunchWithoutFileAndJournal)
     EXPECT_TRUE(fs::exists(directory / "other"));
     EXPECT_EQ(static_cast<uint32_t>(session.report().first), GetParam());
     EXPECT_EQ(session.report().second, LaunchResult::Created);
-    EXPECT_EQ(session.report().kept, std::nullopt); // this stand-in replaces nothing
+    EXPECT_EQ(session.report().kept, std::nullopt); // this fake replaces nothing
 }
 
 INSTANTIATE_TEST_SUITE_P(Results, BindingLaunchReplaced, ::testing::Values(101u, 102u, 103u));
@@ -336,7 +336,7 @@ TEST(BindingLaunch, CannotBeHadByAChildOfALaunchedProcess)
         const Session session;
         EXPECT_EQ(endOfChild(isRefused), 0);
     }
-    mayRun = false; // and of one that has given a launch up
+    mayRun = false; // and of one that has given up a launch
     EXPECT_THROW(Session(".", within(5ms)), LaunchTimedOut);
     EXPECT_EQ(endOfChild(isRefused), 0);
     mayRun = true;

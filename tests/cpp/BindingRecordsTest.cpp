@@ -222,7 +222,7 @@ TEST_F(BindingRecords, SitesShowTheirFieldsAndReachWhatTheyName)
     EXPECT_EQ(site->location()->id(), 1u);
     EXPECT_EQ(site->location()->latitude(), 52.5);
     EXPECT_EQ(site->location()->longitude(), -13.25);
-    EXPECT_TRUE(site->devices().empty()); // a read gives none
+    EXPECT_TRUE(site->devices().empty()); // a read returns none
     EXPECT_EQ(site->devices().begin(), site->devices().end());
 }
 
@@ -304,7 +304,7 @@ TEST_F(BindingRecords, OwnersMoveAndLeaveNothingBehind)
     EXPECT_EQ(otherArray.size(), 2u);
 }
 
-TEST_F(BindingRecords, ARecordCanBeHandedOverToC)
+TEST_F(BindingRecords, ARecordCanBePassedToC)
 {
     require(session.addUsers(R"({"D":{"items":[{"id":7}]}})"));
     Record<UserView> record = session.getUser(7).value();
@@ -341,7 +341,7 @@ TEST_F(BindingRecords, AnAnswerWithoutAValueThrowsItsCode)
     EXPECT_EQ(user.code(), Code::NotFound);
     try {
         (void)user->id();
-        FAIL() << "a record that is not there was read";
+        FAIL() << "read a record that does not exist";
     } catch (const Error &error) {
         EXPECT_EQ(error.code(), Code::NotFound);
     }

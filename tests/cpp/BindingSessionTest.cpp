@@ -29,7 +29,7 @@ class BindingSession : public ::testing::Test
 protected:
     BindingSession() { fs::create_directory("cache"); }
 
-    // A file that a session has left behind.
+    // A file that remains from a session.
     static void leaveFile()
     {
         Session session("cache");
@@ -167,7 +167,7 @@ INSTANTIATE_TEST_SUITE_P(Damages, BindingRecovery, ::testing::ValuesIn(damages))
 
 // ---- Threads ----
 
-TEST_F(BindingSession, HandsCallsOverBetweenThreads)
+TEST_F(BindingSession, SerializesCallsOfSeveralThreads)
 {
     Session session("cache");
     constexpr uint32_t threadCount = 4;
@@ -203,7 +203,7 @@ TEST_F(BindingSession, EndsOnAnotherThreadThanItBegan)
 
 std::unique_ptr<Session> globalSession; // made before main, so that it goes after what Qt makes in a launch
 
-// Registered before a launch, this tells what its end has left.
+// Registered before a launch, this reports the state after its end.
 void tellStateAtTheEnd()
 {
     std::atexit(
@@ -233,7 +233,7 @@ TEST_F(BindingSession, ThatNobodyDestroysExitsWithTheProcess)
         ::testing::ExitedWithCode(0), "state 0 in cache");
 }
 
-// The launch waits for a lock when its session gives it up, and is over before the process ends.
+// The launch waits for a lock when its session gives up, and has ended before the process exits.
 TEST_F(BindingSession, ThatGaveItsLaunchUpExitsWithTheProcess)
 {
     leaveFile();

@@ -19,18 +19,18 @@ TEST(BindingTexts, Utf8BecomesUtf16AndComesBack)
     EXPECT_EQ(utf16(std::string("\0x", 2)), std::u16string(u"\0x", 2));
 }
 
-TEST(BindingTexts, BrokenUtf8GivesTheReplacementCharacter)
+TEST(BindingTexts, BrokenUtf8ReturnsTheReplacementCharacter)
 {
     EXPECT_EQ(utf16("\x80z"), u"\uFFFDz");
     EXPECT_EQ(utf16("\xC3"), u"\uFFFD");
     EXPECT_EQ(utf16("\xC0\x80"), u"\uFFFD\uFFFD");   // a longer form than needed
     EXPECT_EQ(utf16("\xE0\x80\x80"), u"\uFFFD");     // the same in three bytes
-    EXPECT_EQ(utf16("\xED\xA0\x80"), u"\uFFFD");     // half a surrogate pair
+    EXPECT_EQ(utf16("\xED\xA0\x80"), u"\uFFFD");     // an unpaired surrogate
     EXPECT_EQ(utf16("\xF4\x90\x80\x80"), u"\uFFFD"); // beyond the last character
     EXPECT_EQ(utf16("\xE2\x82z"), u"\uFFFDz");
 }
 
-TEST(BindingTexts, HalfASurrogatePairGivesTheReplacementCharacter)
+TEST(BindingTexts, HalfASurrogatePairReturnsTheReplacementCharacter)
 {
     const char16_t high[] = {0xD83D, u'z', 0};
     const char16_t low[] = {0xDE00, u'z', 0};
@@ -44,7 +44,7 @@ TEST(BindingTexts, ArgumentsTakeBothFormsOfText)
 {
     const std::u16string wide = u"\u20AC";
     EXPECT_EQ(TextArgument(wide).length(), 1u);
-    EXPECT_EQ(TextArgument(wide).units(), reinterpret_cast<const uint16_t *>(wide.data())); // looked at, not copied
+    EXPECT_EQ(TextArgument(wide).units(), reinterpret_cast<const uint16_t *>(wide.data())); // not copied
     EXPECT_EQ(TextArgument(u"ab").length(), 2u);
     EXPECT_EQ(TextArgument(std::u16string_view(u"ab", 1)).length(), 1u);
     EXPECT_EQ(TextArgument("\xE2\x82\xAC").length(), 1u);
@@ -55,7 +55,7 @@ TEST(BindingTexts, ArgumentsTakeBothFormsOfText)
 
 TEST(BindingTexts, ATextThatIsTooLongIsRefused)
 {
-    const char16_t unit = u'a'; // the only one that is there, and none is looked at
+    const char16_t unit = u'a'; // the only one, and not even this one is read
     const auto textOf = [&unit](size_t length) { return std::u16string_view(&unit, length); };
     EXPECT_EQ(TextArgument(textOf(700'000'000)).length(), 700'000'000u);
     EXPECT_THROW(TextArgument(textOf(700'000'001)).length(), std::length_error);
@@ -115,7 +115,7 @@ TEST(BindingTexts, LaunchResultsTellWhetherTheStoreIsUsable)
         EXPECT_FALSE(isReplaced(static_cast<LaunchResult>(result))) << result;
 }
 
-TEST(BindingTexts, AnErrorCarriesItsCodeAndItsMeaning)
+TEST(BindingTexts, AnErrorHasItsCodeAndItsMeaning)
 {
     const Error error(Code::NotFound);
     EXPECT_EQ(error.code(), Code::NotFound);

@@ -28,7 +28,7 @@ std::atomic<bool> isClockStopped{false}; // at 6:45:00.123 on 22 November 2026
 
 } // namespace
 
-// Two functions in place of the C library's: a file system may be without links, and a clock may stand.
+// Replacements of two functions of the C library: a file system without hard links, and a clock that stands still.
 #define EXPORTED extern "C" __attribute__((visibility("default")))
 
 EXPORTED int clock_gettime(clockid_t clock, timespec *time) noexcept

@@ -1,5 +1,5 @@
-// Mistakes that a client in C++ could make, each behind its own switch. They must not compile. All else must, also
-// behind a header that defines macros as windows.h does.
+// Mistakes that a client in C++ could make, each enabled by its own macro. They must not compile. Everything else
+// must, also after a header that defines macros as windows.h does.
 #include <algorithm>
 #include <chrono>
 #include <filesystem>

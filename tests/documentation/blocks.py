@@ -1,17 +1,18 @@
-"""Compiles and runs the fenced code blocks of a page, one after the other, as a reader would.
+"""Compiles and runs the fenced code blocks of a page in order, as a reader would.
 
 usage: blocks.py PAGE
 
-The tag of a block says what happens to it:
+The tag of a block selects what happens to it:
 
-c, cpp         With a main function it is a program, without one it goes into the frame of its language, its includes
-               before the frame's. Either is compiled, runs in an empty directory and has to end with 0.
-cpp windows    As cpp, but only checked by MinGW's compiler, and left out where there is none.
-json FUNCTION  A document. The function has to take it and answer 0. The store lasts for the page.
-sh, cmake      What a reader does with an installed library, all of a page in one directory. Programs that begin with
-               the name of their file lie there. Left out under sanitizers, of which a plain compiler knows nothing.
-python         A program, in the directory of the page.
-text           Nothing. Directly behind another block it is what that one prints.
+c, cpp         A block with a main function is a program. Other blocks are inserted into the frame of their language,
+               with their includes before the frame's. The test compiles the program and runs it in an empty directory;
+               it must exit with 0.
+cpp windows    As cpp, but only compiled by MinGW's compiler, if there is one.
+json FUNCTION  A document. The function must accept it and return 0. All documents of a page share a store.
+sh, cmake      Commands and projects that use the installed library, all of a page in one directory, which also contains
+               the programs that begin with a file name. Not run under sanitizers, because a plain compiler lacks them.
+python         A program, run in the directory of the page.
+text           Not run. Directly after another block, it is the expected output of that block.
 
 Any other tag fails. The pages of Python and C# have tests of their own, see CMakeLists.txt.
 """
@@ -31,16 +32,16 @@ PROJECT = "cmake_minimum_required(VERSION 3.16)\nproject(Page LANGUAGES C CXX)\n
 INCLUDES = [f"-I{ROOT / folder}" for folder in ("include/brimlet", "bindings/cpp")]
 COMPILERS = {"c": ("BRIMLET_CC", "-std=c11 -D_POSIX_C_SOURCE=200809L"), "cpp": ("BRIMLET_CXX", "-std=c++17")}
 
-# The interpreter may run with the sanitizer's runtime in front; what it starts brings its own.
+# The interpreter may run with the sanitizer's runtime preloaded; its child processes have their own.
 ENVIRONMENT = {name: value for name, value in os.environ.items() if name not in ("LD_PRELOAD", "ASAN_OPTIONS")}
 IS_SANITIZED = "-fsanitize" in ENVIRONMENT["BRIMLET_FLAGS"]
 
 
 def blocks(page):
-    """(tag, text, what it prints or None) for each block of a page."""
+    """(tag, text, expected output or None) for each block of a page."""
     text = (ROOT / page).read_text(encoding="utf-8")
     found = re.findall(r"^```([^\n]*)\n(.*?)^```$", text, re.DOTALL | re.MULTILINE)
-    assert text.count("```") == 2 * len(found), "a fence that is not closed, or does not begin its line"
+    assert text.count("```") == 2 * len(found), "a fence is not closed, or does not start a line"
     for (tag, body), (following, printed) in zip(found, found[1:] + [("", "")]):
         yield tag, body, printed if following == "text" else None
 
@@ -49,7 +50,7 @@ def run(command, directory, environment=ENVIRONMENT, **options):
     done = subprocess.run(command, cwd=directory, env=environment, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                           text=True, encoding="utf-8", timeout=120, **options)
     if done.returncode != 0:
-        raise AssertionError(f"{command} ended with {done.returncode}\n{done.stdout}{done.stderr}")
+        raise AssertionError(f"{command} exited with {done.returncode}\n{done.stdout}{done.stderr}")
     return done.stdout
 
 
@@ -68,7 +69,7 @@ class Page:
                 continue
             language, *words = tag.split() or [""]
             if language not in self.runners:
-                raise AssertionError(f'{self.name}: a block of "{tag}", which nothing would run:\n{text}')
+                raise AssertionError(f'{self.name}: nothing runs a block with the tag "{tag}":\n{text}')
             self.count += 1
             try:
                 given = self.runners[language](language, text, *words)
@@ -118,14 +119,14 @@ class Page:
     def build_project(self, language, text):
         if IS_SANITIZED:
             return
-        if not list(self.directory.glob("client.*")): # a page about building borrows a program from the first start
+        if not list(self.directory.glob("client.*")): # a page about building uses the program of the C page
             (self.directory / "client.c").write_text(next(blocks("docs/start-c.md"))[1], encoding="utf-8")
         (self.directory / "CMakeLists.txt").write_text(PROJECT + text, encoding="utf-8")
         run(["cmake", "-S", ".", "-B", "build"], self.directory, self.installed())
         run(["cmake", "--build", "build"], self.directory)
 
     def installed(self):
-        """The environment of a reader who has the library under a prefix of his own."""
+        """The environment of a reader who installed the library under a prefix."""
         if not self.prefix:
             self.prefix = self.empty_directory()
             run(["cmake", "--install", ENVIRONMENT["BRIMLET_BUILD"], "--prefix", str(self.prefix)], self.directory)

@@ -14,7 +14,7 @@ static void *runLibrary(void *unused)
     return NULL;
 }
 
-/* What the fragments of pages call. */
+/* Helpers that the fragments of pages call. */
 static void show(const uint16_t *text)
 {
     for (; *text; ++text)

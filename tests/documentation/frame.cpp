@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <iostream>
 
-// What the fragments of pages call.
+// Helpers that the fragments of pages call.
 [[maybe_unused]] static void show(std::u16string_view text)
 {
     std::cout << brimlet::utf8(text) << '\n';

@@ -1,4 +1,4 @@
-"""What the tests of the pages share: sections, and the rows of their tables."""
+"""Helpers for the tests of the pages: sections, and the rows of their tables."""
 
 import os
 import re
@@ -25,7 +25,7 @@ def sections(path, level=2):
 
 
 def rows(text):
-    """The rows of the tables in a text, each a list of its cells, without the headings."""
+    """The rows of the tables in a text, each a list of its cells, without the header rows."""
     lines = [line for line in text.splitlines() if line.startswith("|")]
     tables = [[cell.strip() for cell in line.strip("|").split("|")] for line in lines]
     heads = {index - 1 for index, line in enumerate(lines) if line.startswith("|---")}
@@ -33,5 +33,5 @@ def rows(text):
 
 
 def code(cell):
-    """The words of a cell that stand in backquotes."""
+    """The words in backquotes in a cell."""
     return re.findall(r"`([^`]*)`", cell)

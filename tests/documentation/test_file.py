@@ -1,4 +1,4 @@
-"""The page of the file against a fresh one, in both directions."""
+"""Compares docs/file.md with a new file, in both directions."""
 
 import sqlite3
 import tempfile
@@ -32,17 +32,17 @@ class FileTest(unittest.TestCase):
         finally:
             connection.close()
 
-    def test_every_table_has_its_section_and_no_other_has(self):
+    def test_every_table_has_a_section_and_every_section_a_table(self):
         self.assertEqual(set(self.page), self.tables | {"Indexes"})
 
-    def test_the_columns_are_those_of_the_file(self):
+    def test_the_page_lists_the_columns_of_the_file(self):
         for table in self.tables:
             with self.subTest(table):
                 columns = self.connection.execute(f"PRAGMA table_info({table})").fetchall()
                 self.assertEqual([cells[:3] for cells in rows(self.page[table])],
                                  [[f"`{name}`", type, "yes" if key else ""] for _, name, type, _, _, key in columns])
 
-    def test_what_a_column_holds_is_said(self):
+    def test_the_page_says_what_each_column_holds(self):
         for table in self.tables:
             for cells in rows(self.page[table]):
                 self.assertTrue(cells[3], cells)
@@ -57,13 +57,13 @@ class FileTest(unittest.TestCase):
                 if name in keys and not holds.startswith("the "):
                     self.assertEqual(code(holds)[0], keys[name], name)
 
-    def test_the_indexes_are_those_that_an_event_makes(self):
+    def test_the_page_lists_the_indexes_that_an_event_creates(self):
         self.assertEqual({code(name)[0] for name, _, _ in rows(self.page["Indexes"])}, self.indexes)
         for name, table, column in rows(self.page["Indexes"]):
             sql, = self.connection.execute("SELECT sql FROM sqlite_master WHERE name = ?", code(name)).fetchone()
             self.assertTrue(sql.endswith(f"ON {code(table)[0]} ({code(column)[0]})"), sql)
 
-    def test_the_version_is_the_one_of_the_page(self):
+    def test_the_page_has_the_version_of_the_schema(self):
         version, = self.connection.execute("SELECT VersionNumber FROM Version").fetchone()
         self.assertIn(f"`{version}`", self.page["Version"])
 

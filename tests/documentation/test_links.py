@@ -1,5 +1,5 @@
-"""The links of the pages, and their commands for a checkout, which no test runs: what they name is there. The index
-leaves no page out."""
+"""Checks that links and commands on the pages refer to existing files and targets, and that the index lists every
+page."""
 
 import json
 import re
@@ -11,13 +11,13 @@ PAGES = [ROOT / "README.md", ROOT / "CONTRIBUTING.md", *sorted((ROOT / "docs").g
 
 
 def anchors(path):
-    """The names that a page's headings can be reached by."""
+    """The anchors of a page's headings."""
     titles = re.findall(r"^#+ (.*)$", without_blocks(source(path)), re.MULTILINE)
     return {re.sub(r"[^\w\- ]", "", title.lower()).replace(" ", "-") for title in titles}
 
 
 class LinksTest(unittest.TestCase):
-    def test_every_link_leads_somewhere(self):
+    def test_every_link_has_a_target(self):
         for page in PAGES:
             for link in re.findall(r"\]\(([^)]+)\)", without_blocks(source(page))):
                 with self.subTest(page=page.name, link=link):
@@ -27,7 +27,7 @@ class LinksTest(unittest.TestCase):
                     if anchor:
                         self.assertIn(anchor, anchors(target))
 
-    def test_commands_name_what_is_there(self):
+    def test_commands_name_existing_scripts_presets_and_targets(self):
         presets = {preset["name"] for preset in json.loads(source("CMakePresets.json"))["buildPresets"]}
         files = [*(ROOT / "cmake").glob("*.cmake"), *(ROOT / "tests").glob("*/CMakeLists.txt")]
         cmake = "".join(path.read_text(encoding="utf-8") for path in files)

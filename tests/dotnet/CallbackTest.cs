@@ -4,13 +4,13 @@ using System.Runtime.InteropServices;
 using System.Threading;
 using Brimlet;
 
-// What a client gives to Qt to be called for each line that is logged, until it is disposed of.
+// A callback that Qt calls for each logged line, until it is disposed.
 internal sealed class Callback : IDisposable
 {
     [UnmanagedFunctionPointer(CallingConvention.Cdecl)]
     private delegate void MessageHandler(int type, IntPtr context, IntPtr message);
 
-    // Qt's qInstallMessageHandler, under the name that C++ gives it.
+    // Qt's qInstallMessageHandler, under its mangled C++ name.
     [DllImport("libQt5Core.so.5",
         EntryPoint = "_Z22qInstallMessageHandlerPFv9QtMsgTypeRK18QMessageLogContextRK7QStringE")]
     private static extern IntPtr install(MessageHandler handler);

@@ -6,7 +6,7 @@ using System.Linq;
 using System.Reflection;
 using Brimlet;
 
-// What the tests are made of: each check prints a line, and a failed one fails the program.
+// The checks of the tests: each prints a line, and a failed check fails the program.
 internal static class Check
 {
     internal static int Passed { get; private set; }
@@ -61,7 +61,7 @@ internal static class Check
     }
 }
 
-// Values and records as text, with all that they hold: an absent value is "-", a text stands in quotes.
+// Values and records as text, with all their fields: an absent value is "-", a text is in quotes.
 internal static class Show
 {
     internal static string Value(object value)

@@ -1,7 +1,7 @@
 using System;
 using Brimlet;
 
-// What a client gets for its mistakes: an exception that carries the code, or an argument's exception.
+// The exceptions for a client's mistakes: one with the result code, or an ArgumentException.
 internal static class ErrorsTest
 {
     internal static void Run()

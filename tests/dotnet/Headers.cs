@@ -4,7 +4,7 @@ using System.IO;
 using System.Linq;
 using System.Text.RegularExpressions;
 
-// The C headers as lists of lines, in their order, with the C# type that stands for each C type.
+// The C headers as lists of lines, in their order, with the C# type of each C type.
 internal static class Headers
 {
     private static readonly Dictionary<string, string> fieldTypes = new Dictionary<string, string>

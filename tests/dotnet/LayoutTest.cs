@@ -5,7 +5,7 @@ using System.Reflection;
 using System.Runtime.InteropServices;
 using Brimlet;
 
-// The structs behind the records, against the table of the library's layout and against its header.
+// Compares the structs behind the records with the library's layout table and with its header.
 internal static class LayoutTest
 {
     internal static void Run()

@@ -171,7 +171,7 @@ internal static class RecordsTest
         Check.Equal("deleteDomain", null, session.GetDomain(6));
     }
 
-    // Documents with nothing but an id give records with nothing but an id.
+    // Documents with only an id become records with only an id.
     private static void ReadFlags(Session session)
     {
         session.AddUsers(Items("{'id':2,'active':true},{'id':3,'active':1}"));

@@ -9,7 +9,7 @@ using System.Text;
 using System.Threading;
 using Brimlet;
 
-// The life of a session: its order, its directory, its lock, and what happens when a client forgets something.
+// The lifecycle of a session: its order, its directory, its lock, and what happens when a client forgets something.
 internal static class SessionTest
 {
     private const int attempts = 50;

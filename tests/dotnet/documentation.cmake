@@ -1,5 +1,5 @@
-# Takes the program, the commands and the output out of the document, and holds them against each other in an empty
-# directory.
+# Runs the program and the commands of the document in an empty directory, and compares the output with that of the
+# document.
 #   -DDOCUMENT=... -DBINDING=... -DDIRECTORY=...
 file(READ ${DOCUMENT} document)
 

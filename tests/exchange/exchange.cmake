@@ -1,4 +1,4 @@
-# Has each of two programs write a file, and each of them show both files. All that is shown has to be the same.
+# Each of two programs writes a file, and each of them prints both files. The outputs must be equal.
 if(NOT OTHER)
     set(OTHER ${ONE})
 endif()
@@ -24,7 +24,7 @@ foreach(writer IN ITEMS ONE OTHER)
             set(expected "${shown}")
         endif()
         if(NOT shown MATCHES "Events" OR NOT shown STREQUAL expected)
-            message(FATAL_ERROR "what ${reader} shows of the file of ${writer} differs, see ${DIRECTORY}")
+            message(FATAL_ERROR "the output of ${reader} for the file of ${writer} differs, see ${DIRECTORY}")
         endif()
     endforeach()
 endforeach()

@@ -1,5 +1,5 @@
-// Writes a store from the example's documents, or shows the whole of a store that was written: what the functions give,
-// and then every value of the file as it is stored.
+// Writes a store from the example's documents, or prints a whole store: what the functions return, and then every value
+// of the file as stored.
 // usage: exchange write DIRECTORY DATA
 //        exchange show DIRECTORY
 #include "Shown.h"
@@ -61,7 +61,7 @@ void writeEvents(const fs::path &data)
     }
 }
 
-// What the documents of the example do not show: every plane of Unicode, and numbers at their limits.
+// Beyond the documents of the example: every plane of Unicode, and numbers at their limits.
 void writeRareValues()
 {
     require(send(setServerIp, "дом.example ☎ 😀") == BRIMLET_DONE, "the address");

@@ -5,14 +5,14 @@
 
 #define EXPORTED extern "C" __attribute__((visibility("default")))
 
-// The C library's own, under the names that it keeps for those who stand before it.
+// The functions of the C library, under the names that it offers to interposers.
 extern "C" void *__libc_malloc(size_t size);
 extern "C" void *__libc_calloc(size_t count, size_t size);
 extern "C" void *__libc_realloc(void *block, size_t size);
 
 namespace {
 
-// Of the thread that armed it; plain numbers, which need no block of their own.
+// Of the thread that armed it; plain numbers, which need no allocation.
 struct Arming
 {
     bool isArmed = false;

@@ -1,4 +1,4 @@
-// A process that is refused memory. It may die, at any point; the file must not suffer.
+// A process whose allocations fail. It may abort at any point; the file must not be damaged.
 #include "AllocationShim.h"
 #include "Child.h"
 #include "Contents.h"
@@ -32,8 +32,8 @@ protected:
 
     void printFigures() const
     {
-        figure("refused allocations", refusals);
-        figure("refused allocations that the process died of", deaths);
+        figure("failed allocations", refusals);
+        figure("failed allocations that ended the process", deaths);
     }
 
     // A child's last words are of no interest.
@@ -143,7 +143,7 @@ TEST_F(Allocation, ALaunchLeavesTheFileWholeOrReplacesIt)
         replaced += result != 0;
     }
     printFigures();
-    figure("refused allocations at a launch, after which the file was replaced", replaced);
+    figure("failed allocations at a launch, after which the file was replaced", replaced);
 }
 
 } // namespace

@@ -18,7 +18,7 @@ constexpr unsigned longestLifeSeconds = 3600; // of a child that hangs; no test 
 
 void sendNumber(int pipe, int64_t number)
 {
-    // A reader that has gone is no fault of the writer: SIGPIPE is off, and nobody misses the number.
+    // A reader that has exited is not an error of the writer: SIGPIPE is ignored, and the number is not needed.
     [[maybe_unused]] const ssize_t written = ::write(pipe, &number, sizeof number);
 }
 
@@ -40,7 +40,7 @@ std::array<int, 2> makePipe()
     return ends;
 }
 
-// What is thrown ends the child here: above it stands the parent's test.
+// An exception ends the child here; the frames above are those of the parent's test.
 [[noreturn]] void runChild(const Child::Body &body, int in, int out) noexcept
 {
     const rlimit none{};
@@ -62,7 +62,7 @@ int64_t Channel::hear() const
 {
     const std::optional<int64_t> number = receiveNumber(in);
     if (!number)
-        _exit(0); // the parent has gone
+        _exit(0); // the parent has exited
     return *number;
 }
 

@@ -1,5 +1,6 @@
 // A process of its own for what may end badly: it is forked, runs one function, talks with its parent through two
-// pipes, and is looked at when it has ended. The parent never launches the library, so it has one thread and may fork.
+// pipes, and its status is read when it has ended. The parent never launches the library, so it has one thread and may
+// fork.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +18,7 @@ public:
     Channel(int fromParent, int toParent) : in(fromParent), out(toParent) {}
     // Gives the parent a number: what is told has happened, even if the child is killed right after.
     void tell(int64_t number) const;
-    // Waits for a number of the parent, as a child that is to be looked at or killed does.
+    // Waits for a number of the parent, as a child does that the parent inspects or kills.
     int64_t hear() const;
 
 private:

@@ -37,9 +37,9 @@ bool isLongForm();
 // A count of the bounded form; many times that in the long one, and less in a sanitized build, where a child takes its
 // time and the code is looked at more than the file.
 int scaled(int count);
-// What goes through every n goes by these steps: by ones, but for the bounded form of a sanitized build.
+// The step of loops over every n: 1, except in the bounded form of a sanitized build.
 unsigned stride();
-// The seed of what is left to chance: always the same, unless BRIMLET_SEED says otherwise.
+// The seed of random choices: always the same, unless BRIMLET_SEED says otherwise.
 unsigned seed();
 
 // Prints "figure: <name> = <count>" for scripts/reliability.

@@ -25,7 +25,7 @@ namespace {
 
 const std::set<int64_t> replacements = {101, 102, 103};
 
-// What a launch on the file as it stands, and then every read, removal and write, answered.
+// The results of a launch on the present file, and then of every read, delete and write.
 struct Answers
 {
     int64_t result = -1;
@@ -73,7 +73,7 @@ bool isWithin(const std::set<int64_t> &codes, const std::set<int64_t> &allowed)
     return std::includes(allowed.begin(), allowed.end(), codes.begin(), codes.end());
 }
 
-// Reads and removals answer 7 over a file without tables, writes 9, but for those that are removals.
+// With a file without tables, reads and deletes return 7, and writes that do not delete return 9.
 void expectUnusable(const Answers &answers)
 {
     EXPECT_EQ(answers.reads, std::set<int64_t>{7});
@@ -91,7 +91,7 @@ protected:
         contents = contentsOf();
     }
 
-    // A damaged file passes or is replaced; and every call has an answer of its own.
+    // A damaged file passes the checks or is replaced, and every call returns one of its codes.
     void expectAnswers(const std::string &bytes)
     {
         fs::remove("CacheDb-journal");
@@ -304,7 +304,7 @@ TEST_F(Damage, AReadOnlyDirectoryServesReads)
     figure("special files", 1);
 }
 
-TEST_F(Damage, AReadOnlyDirectoryWithoutAFileGives6)
+TEST_F(Damage, AReadOnlyDirectoryWithoutAFileResultsIn6)
 {
     fs::remove("CacheDb");
     fs::permissions(directory.path(), fs::perms(0555));
@@ -317,7 +317,7 @@ TEST_F(Damage, AReadOnlyDirectoryWithoutAFileGives6)
     figure("special files", 1);
 }
 
-// The launch result tells of a replacement that did not happen, and a file of another version serves reads.
+// The launch result reports a replacement that did not happen, and reads of a file of another version work.
 TEST_F(Damage, AReadOnlyDirectoryKeepsAFileThatFailsItsChecks)
 {
     File().execute("UPDATE Version SET VersionNumber = '0.2'");
@@ -372,7 +372,7 @@ void leaveOneDescriptor()
 TEST_F(Damage, WithoutAFreeDescriptorALaunchRemovesAGoodFile)
 {
     if (isSanitized)
-        GTEST_SKIP() << "a sanitizer needs descriptors of its own to look at an object";
+        GTEST_SKIP() << "a sanitizer needs file descriptors itself";
     const Answers answers = launchAndCallEverything(leaveOneDescriptor);
     EXPECT_TRUE(answers.end.isClean());
     EXPECT_EQ(answers.result, 6);
@@ -434,7 +434,7 @@ std::pair<fs::perms, fs::perms> permissionsUnder(mode_t mask)
         umask(mask);
         const DebugLines lines;
         Library library;
-        armFault(FAULT_KILL, FAULT_UNLINK, 1); // while the journal is there
+        armFault(FAULT_KILL, FAULT_UNLINK, 1); // while the journal exists
         clearAll();
         send(setServerIp, "10.0.0.1");
     });
@@ -453,7 +453,7 @@ TEST_F(Damage, ANewFileHasThePermissionsThatTheUmaskLeaves)
     }
 }
 
-TEST_F(Damage, AFileKeepsItsPermissionsAndGivesThemToItsJournal)
+TEST_F(Damage, AFileKeepsItsPermissionsAndPassesThemToItsJournal)
 {
     fs::permissions("CacheDb", fs::perms(0600));
     const auto [file, journal] = permissionsUnder(022);
@@ -498,7 +498,7 @@ TEST_F(StaleJournal, BesideARemovedFileIsIgnored)
     figure("stale journals", 1);
 }
 
-// Whose journal it is, nobody can tell: its pages go into the file that stands there now.
+// A journal does not say which file it belongs to: its pages are written into the present file.
 TEST_F(StaleJournal, BesideAnotherFileIsPlayedIntoIt)
 {
     fs::rename("CacheDb-journal", "Journal");
@@ -564,7 +564,7 @@ TEST_F(Damage, AJournalRemovesTheFileThatItNames)
     EXPECT_EQ(contentsOf(), contents);
 }
 
-// ---- Files that someone made on purpose ----
+// ---- Crafted files ----
 
 class CraftedFile : public Damage
 {

@@ -38,7 +38,7 @@ TEST(Documents, ThatBreakOffAreRefusedAndChangeNothing)
             ASSERT_EQ(child.hear(), 10) << reader.name << ", " << length << " units";
     EXPECT_EQ(contentsOf(), before);
     child.tell(0);
-    for (const Reader &reader : readers()) // removals find what is there, or what another one has removed before
+    for (const Reader &reader : readers()) // deletes find a record, or that another delete came first
         EXPECT_NE(child.hear().value_or(10), 10) << reader.name;
     EXPECT_TRUE(child.wait().isClean());
     EXPECT_NE(contentsOf(), before);

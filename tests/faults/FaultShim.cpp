@@ -57,7 +57,7 @@ bool isArmedFor(unsigned call)
 
 enum class Step { GoOn, Fail, Tear };
 
-// Counts a call on a store's file and says how it goes. Does not come back where the process is to die.
+// Counts a call on a store's file and says how it goes. Does not return if the process is to die.
 Step meet(unsigned call, int error)
 {
     const unsigned number = ++counted;

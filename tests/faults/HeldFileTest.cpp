@@ -11,7 +11,7 @@ using namespace brimlet::test;
 
 namespace {
 
-// A process with a connection of its own: takes a lock by a statement, and gives it back when told, or by its end.
+// A process with its own connection: takes a lock with a statement, and releases it on request or when it exits.
 class Holder
 {
 public:
@@ -27,7 +27,7 @@ public:
         })
     {
         EXPECT_EQ(child.hear(), SQLITE_OK);
-        figure("holds of the file by another process", 1);
+        figure("locks of another process", 1);
     }
 
     // After so many milliseconds; does not wait for it.
@@ -48,7 +48,7 @@ const char *const anOwner = "BEGIN EXCLUSIVE";
 
 enum Order { AddUser, UpdateThatFails, ReadUsers, SetAddress, LinesOfFailure, Exit };
 
-// Serves a launched library's calls in a child, one at a time, and gives their codes.
+// Runs calls of a launched library in a child, one at a time, and returns their codes.
 class Client
 {
 public:
@@ -228,7 +228,7 @@ TEST_F(HeldFile, AWriteBesideALastingReaderIsLostWithAnExit)
     EXPECT_EQ(contentsOf(), before);
 }
 
-TEST_F(HeldFile, AWriteBesideALastingWriterAnswers9)
+TEST_F(HeldFile, AWriteBesideALastingWriterReturns9)
 {
     const std::unique_ptr<Client> client = Client::idle();
     Holder holder(aWriter);
@@ -240,7 +240,7 @@ TEST_F(HeldFile, AWriteBesideALastingWriterAnswers9)
     client->exit();
 }
 
-TEST_F(HeldFile, AReadBesideALastingOwnerAnswers7)
+TEST_F(HeldFile, AReadBesideALastingOwnerReturns7)
 {
     const std::unique_ptr<Client> client = Client::idle();
     Holder holder(anOwner);
@@ -306,9 +306,9 @@ TEST_F(HeldFile, AWriteRightAfterALaunchWaitsForNoWriter)
     client.exit();
 }
 
-// Why there is one process a directory: what each of them holds stands in the other's way, and a write that answered 0
+// Why only one process may use a directory: the locks of each block the other, and a write that returned 0
 // waits for its writer's next one. The file stays sound.
-TEST_F(HeldFile, TwoProcessesStandInEachOthersWay)
+TEST_F(HeldFile, TwoProcessesBlockEachOther)
 {
     const std::unique_ptr<Client> one = Client::idle();
     Client other;

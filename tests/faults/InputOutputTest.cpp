@@ -17,7 +17,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// What a child says of its debug lines.
+// What a child reports about its debug lines.
 enum Log { NoLine, FailureOfStatement, FailureOfIndex, FailureOfZones, OtherLines };
 
 Log read(const Lines &lines)
@@ -28,7 +28,7 @@ Log read(const Lines &lines)
     const bool isShort = lines.size() == 3 && lines[2] == "add users error"; // the one operation with three lines
     if (!hasRunner || !(isShort || (lines.size() == 4 && lines[1] == lines[3])))
         return OtherLines;
-    // The two failures that are logged and rolled back, and otherwise not looked at.
+    // The two failures that are logged and rolled back, and otherwise ignored.
     if (lines[2] == "Create Events Time Index error")
         return FailureOfIndex;
     return lines[2] == "get zones for device section error" ? FailureOfZones : FailureOfStatement;
@@ -42,7 +42,7 @@ struct Outcome
     int64_t log = OtherLines;
     bool isHeld = false;          // the file, to other processes, while the fault lasts
     std::optional<Contents> seen; // by another process while the fault lasts, if it is not held
-    int64_t refused = 0;          // the calls that answered 9 when the fault was over, before one answered 0
+    int64_t refused = 0;          // the calls that returned 9 after the fault, before one returned 0
     Contents found;               // in the file in the end, without what was written after the fault
 };
 
@@ -132,7 +132,7 @@ protected:
         EXPECT_TRUE(!outcome.seen || *outcome.seen == outcome.found) << difference(*outcome.seen, outcome.found);
         EXPECT_TRUE(outcome.found == start || outcome.found == after) << difference(after, outcome.found);
         switch (outcome.code) {
-        case 0: // done; or the commit failed, or one of the reads whose failure is not looked at
+        case 0: // done; or the commit failed, or one of the reads whose failure is ignored
             EXPECT_TRUE(outcome.log == NoLine || outcome.log == FailureOfZones);
             silent += outcome.found != after;
             break;
@@ -149,8 +149,8 @@ protected:
             }
             ++reported;
         }
-        // A row that was read back stands open in the library. A commit that fails then leaves the connection broken,
-        // and perhaps the file held, until the next call, which answers 9 and mends it.
+        // The select of a row that was read back is still open in the library. A commit that fails then leaves the
+        // connection broken, and perhaps the file held, until the next call, which returns 9 and repairs it.
         EXPECT_LE(outcome.refused, 1);
         EXPECT_TRUE(outcome.refused == 0 || (outcome.code == 0 && outcome.found == start));
         EXPECT_TRUE(!outcome.isHeld || outcome.refused == 1);
@@ -178,10 +178,10 @@ protected:
     void printFigures() const
     {
         EXPECT_GT(faults, 0);
-        figure("input and output faults survived", faults);
-        figure("input and output faults that were reported", reported);
-        figure("input and output faults that were not, with nothing of the call stored", silent);
-        figure("input and output faults after which the next call answered 9", refusedOnce);
+        figure("I/O faults survived", faults);
+        figure("I/O faults reported", reported);
+        figure("I/O faults not reported, with nothing of the call stored", silent);
+        figure("I/O faults after which the next call returned 9", refusedOnce);
     }
 
     Directory directory;
@@ -262,7 +262,7 @@ TEST_F(InputOutput, ABatchLargerThanTheCacheIsWholeOrNotAtAll)
     printFigures();
 }
 
-// The same commit as one that fails above, with reads behind it.
+// The same commit as one that fails above, followed by reads.
 TEST_F(InputOutput, AReadAfterACommitThatFailedMayFailOnceToo)
 {
     makeFilledFile();
@@ -307,10 +307,10 @@ TEST_F(InputOutput, AFileThatMayNotGrowTakesNoMoreAndServesOn)
         ++faults;
     }
     EXPECT_GT(reported, 0);
-    figure("limits of the file's size survived", faults);
+    figure("file size limits survived", faults);
 }
 
-// A failure behind the first row is taken for the end of the rows.
+// A failure after the first row counts as the end of the rows.
 TEST_F(InputOutput, AListThatMeetsAFaultOnItsWayIsCutShort)
 {
     makeFilledFile();
@@ -346,8 +346,8 @@ TEST_F(InputOutput, AListThatMeetsAFaultOnItsWayIsCutShort)
     EXPECT_TRUE(child.wait().isClean());
 }
 
-// A read that fails answers 7, and the next one is served.
-TEST_F(InputOutput, EveryReadAnswers7AndThenServesOn)
+// A read that fails returns 7, and the next one works.
+TEST_F(InputOutput, EveryReadReturns7AndLaterCallsWork)
 {
     makeFilledFile();
     start();

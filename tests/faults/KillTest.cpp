@@ -81,7 +81,7 @@ protected:
         restore();
     }
 
-    // What no kill leaves behind: the filled file without a journal.
+    // A state that no kill leaves: the filled file without a journal.
     static void restore()
     {
         fs::remove("CacheDb-journal");
@@ -222,7 +222,7 @@ unsigned callsOf(const std::function<void()> &work)
 }
 
 // Has the work die before its last call on the store's files. The journal that is left shows that this is the journal's
-// removal, with no sync of the directory behind it: when the power fails soon after, the disk may still have the
+// removal, without a sync of the directory after it: when the power fails soon after, the disk may still have the
 // journal, as it is here.
 void leaveTheLastCallOut(const std::function<void()> &prepare, const std::function<void()> &work)
 {

@@ -68,7 +68,7 @@ protected:
     Directory directory;
 };
 
-// Every read, every write, and the store filled anew, over and over. Gives the number of calls, or what failed.
+// Repeats every read, every write, and filling the store. Returns the number of calls, or what failed.
 int64_t callEverything(int64_t atLeast)
 {
     const std::vector<Step> allReads = reads();
@@ -109,7 +109,7 @@ TEST_F(Memory, MixedCallsLeaveMemoryFlat)
     EXPECT_GE(calls, wanted);
     expectFlat(early, late);
     EXPECT_TRUE(isSound());
-    figure("calls soaked", calls);
+    figure("calls in the endurance test", calls);
 }
 
 // What a large list took is free again; how much of it the process keeps is up to the allocator.
@@ -141,7 +141,7 @@ TEST_F(Memory, ALargeListLeavesTheHeapFlat)
     }
 }
 
-// Launch, work and exit with pauses of chance length, all in one process. False when something failed.
+// Launch, work and exit with pauses of random length, all in one process. False if something failed.
 bool live(int lives, std::minstd_rand &random)
 {
     for (int life = 0; life < lives; ++life) {

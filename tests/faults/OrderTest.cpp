@@ -1,5 +1,5 @@
 // Calls out of their order. A call that reaches the store before a launch or after an exit faults, and takes the
-// process with it; what is checked before that answers, and the free functions always work.
+// process with it; checks before that return their codes, and the free functions always work.
 #include "Child.h"
 #include "Contents.h"
 #include "Workload.h"
@@ -65,7 +65,7 @@ void PrintTo(const Moment &moment, std::ostream *out)
 class Order : public ::testing::Test, public ::testing::WithParamInterface<Moment>
 {
 protected:
-    // Runs in a child at that moment; what it tells is the answer.
+    // Runs in a child at that moment and reports the result.
     static int64_t answer(const std::function<int64_t()> &call)
     {
         Child child([&](Channel &channel) {
@@ -92,7 +92,7 @@ TEST_P(Order, EveryCallThatReachesTheStoreFaults)
     figure("calls out of order", calls);
 }
 
-TEST_P(Order, StateAndResultAnswer)
+TEST_P(Order, StateAndResultMayBeRead)
 {
     EXPECT_EQ(answer([] { return getState(); }), 0);
     EXPECT_EQ(answer([] { return getLaunchCacheResult(); }), 255);

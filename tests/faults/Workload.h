@@ -9,7 +9,7 @@
 
 namespace brimlet::test {
 
-// One call of one exported function, by its name, and the code that it answers.
+// One call of one exported function, by its name, and the code that it returns.
 struct Step
 {
     std::string name;
@@ -25,12 +25,12 @@ struct Family
 void PrintTo(const Step &step, std::ostream *out);
 void PrintTo(const Family &family, std::ostream *out);
 
-// Fills every table of a launched library. False when some call did not answer 0.
+// Fills every table of a launched library. False if some call did not return 0.
 bool fill();
 // Launches in a child, fills, exits; leaves the bytes of a filled file in the working directory's "CacheDb".
 void makeFilledFile();
 
-// Every family; each of its steps answers 0 and changes the store, when nothing goes wrong.
+// Every family; without a fault, each of its steps returns 0 and changes the store.
 std::vector<Family> families();
 // One step of every exported function that writes.
 std::vector<Step> writes();

@@ -1,6 +1,6 @@
 // Documents through the envelope, the three forms and every object reader, without a store. The first byte chooses:
-// a capital letter from A to M a batch of one of the readers below, a small one a single record, anything else a bare
-// id. The rest is the document. What a reader accepts is also made a flat record and released.
+// a capital letter from A to M a batch of one of the readers below, a small one a single record, anything else an
+// id-only document. The rest is the document. What a reader accepts is also converted to a flat record and released.
 #include "Fuzzer.h"
 #include "Input.h"
 #include "Library.h"
@@ -26,7 +26,7 @@ void flattenAndRelease(const std::vector<Record> &records)
     require(releaseArray<Record>(flats, count) == BRIMLET_DONE, "flat records are released whole");
 }
 
-bool isAnswer(BrimletResult code)
+bool isExpected(BrimletResult code)
 {
     return code == BRIMLET_DONE || code == BRIMLET_INCOMPLETE || code == BRIMLET_REFUSED;
 }
@@ -36,7 +36,7 @@ void readAsBatch(const QString &text, ObjectReader<Record, Keys> fill)
 {
     std::vector<Record> records;
     const BrimletResult code = readBatch(text, records, fill);
-    require(isAnswer(code), "a reader answers 0, 5 or 10");
+    require(isExpected(code), "a reader returns 0, 5 or 10");
     require(code != BRIMLET_DONE || !records.empty(), "a batch that is accepted has records");
     flattenAndRelease(records);
 }
@@ -46,13 +46,13 @@ void readAsOne(const QString &text, ObjectReader<Record, Keys> fill)
 {
     std::optional<Record> record;
     const BrimletResult code = readOneRecord(text, record, fill);
-    require(isAnswer(code), "a reader answers 0, 5 or 10");
+    require(isExpected(code), "a reader returns 0, 5 or 10");
     require(record.has_value() == (code == BRIMLET_DONE), "a record is there with 0 and only then");
     if (record)
         flattenAndRelease(std::vector<Record>{*record});
 }
 
-// Either form by one reader.
+// Both forms of one reader.
 template<class Record, class Keys>
 void read(const QString &text, bool isBatch, ObjectReader<Record, Keys> fill)
 {
@@ -67,7 +67,7 @@ void readId(const QString &text, size_t choice)
     static const char *const keys[] = {"id", "op_id", "domain_id", "org_id", "site_id", "device", "section", "zone"};
     quint32 id = 0;
     const BrimletResult code = readBareId(text, QLatin1String(keys[choice % std::size(keys)]), id);
-    require(isAnswer(code), "a reader answers 0, 5 or 10");
+    require(isExpected(code), "a reader returns 0, 5 or 10");
     require(code == BRIMLET_DONE || id == 0, "an id is read with 0 and only then");
 }
 

@@ -1,6 +1,6 @@
 // The exported functions over a live store. An input is a series of calls; a call is a byte that chooses the function,
 // and its arguments, texts and numbers in digits (Input.h). Each input finds the store empty, and whatever a call
-// hands out is walked and freed.
+// returns is read and released.
 #include "Fuzzer.h"
 #include "Input.h"
 #include "Library.h"
@@ -21,7 +21,7 @@ class Arguments
 {
 public:
     explicit Arguments(const Bytes &bytes) : parts(split(bytes, endOfArgument)) {}
-    // An argument that is not there is an empty text or 0.
+    // A missing argument is an empty text or 0.
     Units text(size_t place) const { return Units(at(place)); }
     uint32_t number(size_t place) const { return toNumber(at(place)); }
 
@@ -38,7 +38,7 @@ void answers(uint32_t code, std::initializer_list<uint32_t> allowed)
     require(std::find(allowed.begin(), allowed.end(), code) != allowed.end(), "the answer is one of the family's");
 }
 
-// ---- Families. The store is sound, so that no call may answer 7 or 9. ----
+// ---- Families. The store is intact, so no call may return 7 or 9. ----
 
 Call sent(uint32_t (*function)(const uint16_t *, uint32_t))
 {
@@ -110,7 +110,7 @@ Call found(uint32_t (*function)(Flat **, uint32_t *, const uint16_t *, uint32_t,
     return found(function, std::index_sequence_for<Numbers...>());
 }
 
-// ---- Functions that stand alone ----
+// ---- Functions without a family ----
 
 void clearOldEvents(const Arguments &given)
 {
@@ -227,7 +227,7 @@ const std::vector<Call> &calls()
     return all;
 }
 
-constexpr size_t firstWithoutWrite = 30; // getLocale: the calls before it may leave rows behind
+constexpr size_t firstWithoutWrite = 30; // getLocale: the calls before it may write rows
 constexpr size_t callsInInput = 24;      // a longer series finds nothing that this one does not
 
 struct Launched

@@ -1,4 +1,4 @@
-// Bytes as the store's file: launched on, read in every way, written to once, exited from.
+// The input is the store's file: launch, every read, one write, exit.
 #include "Fuzzer.h"
 #include "Input.h"
 #include "Library.h"
@@ -57,7 +57,7 @@ void find(uint32_t (*function)(Flat **, uint32_t *, const uint16_t *, uint32_t, 
     answers(listed(function, key.data(), key.length, one.data(), one.length, numbers...), {0, 7, 8});
 }
 
-// The records that the seeds hold stand under the number 1.
+// The records of the seeds have the id 1.
 void readEach()
 {
     get(getLocale, 1u);
@@ -121,7 +121,7 @@ void write()
     answers(got(addEvent, event.data(), event.length), {0, 8, 9});
 }
 
-// The input is gone then, and all such files are alike: one read and one write tell.
+// The input was replaced, and all such files are alike: one read and one write are enough.
 void isEmpty()
 {
     answers(listed(getUsers), {7});

@@ -1,4 +1,4 @@
-// What libFuzzer, or the standalone driver in its place, asks of a fuzzer.
+// The interface of a fuzzer for libFuzzer, or the standalone driver in its place.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// What the bytes of an input stand for. Text is UTF-8, so that inputs can be read and written by hand; three bytes that
+// The meaning of the bytes of an input. Text is UTF-8, so that inputs can be read and written by hand; three bytes that
 // UTF-8 never uses have a meaning of their own.
 #pragma once
 
@@ -11,7 +11,7 @@
 namespace brimlet::fuzz {
 
 constexpr uint8_t endOfCall = 0xFF;     // between two calls
-constexpr uint8_t rawUnit = 0xFE;       // the next two bytes, high one first, are a code unit: a lone surrogate, a zero
+constexpr uint8_t rawUnit = 0xFE;       // the next two bytes, high one first, are a raw code unit
 constexpr uint8_t endOfArgument = 0xFD; // between two arguments of a call
 
 struct Bytes
@@ -19,7 +19,7 @@ struct Bytes
     const uint8_t *data = nullptr;
     size_t size = 0;
 
-    // Whatever is left behind the first bytes.
+    // Everything after the first bytes.
     Bytes behind(size_t count) const { return count < size ? Bytes{data + count, size - count} : Bytes{}; }
 };
 
@@ -56,7 +56,7 @@ inline QString toText(const Bytes &bytes)
     return text;
 }
 
-// A text as a client hands it in: exactly its units and no terminator, so that a unit read beyond them is seen.
+// A text as a client passes it: exactly its code units without a terminator, so that a read beyond them is detected.
 class Units
 {
 public:

@@ -15,7 +15,7 @@
 
 namespace brimlet::fuzz {
 
-// What is allocated while one of these lives is out of the leak checker's sight.
+// The leak checker ignores allocations during the lifetime of one of these.
 #ifdef BRIMLET_FUZZ_LEAK_CHECK
 using Unseen = __lsan::ScopedDisabler;
 #else

@@ -28,7 +28,7 @@ std::string placeForFiles()
     return access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp";
 }
 
-// One thread for all launches, for the life of the process: a thread for each takes a fifth of the file fuzzer's time.
+// One thread for all launches, until the process ends: a thread for each takes a fifth of the file fuzzer's time.
 class LaunchThread
 {
 public:

@@ -1,4 +1,4 @@
-// The library in a directory of its own, in memory where there is such a place.
+// The library in its own directory, in memory if possible.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 
 namespace brimlet::fuzz {
 
-// Made the working directory, and removed with all it holds. It lies in TMPDIR, or else in memory.
+// The working directory, removed with everything in it. It is in TMPDIR, or else in memory.
 class Directory
 {
 public:

@@ -1,4 +1,4 @@
-// What has to hold in a fuzzer, in every kind of build: an input for which it does not is a finding.
+// Checks a condition in a fuzzer, in every kind of build: an input that violates it is a finding.
 #pragma once
 
 #include <cstdio>

@@ -31,7 +31,7 @@ void run(const files::path &input)
 {
     std::ifstream file(input, std::ios::binary);
     const std::vector<char> bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    // Exactly the bytes, so that one read beyond them is seen.
+    // Exactly the bytes, so that a read beyond them is detected.
     const auto data = std::make_unique<uint8_t[]>(bytes.size());
     std::copy(bytes.begin(), bytes.end(), data.get());
     std::printf("%s\n", input.filename().c_str());

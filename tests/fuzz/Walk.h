@@ -1,4 +1,4 @@
-// Everything that a flat record holds, looked at once and given back.
+// Reads everything in a flat record once, and releases it.
 #pragma once
 
 #include "Require.h"
@@ -10,7 +10,7 @@ namespace brimlet::fuzz {
 
 // ---- Fields ----
 
-// Where all that is looked at ends up, so that no look is left out.
+// Collects all that is read, so that the compiler removes no read.
 inline volatile uint64_t seen = 0;
 
 inline void look(uint64_t value)
@@ -221,7 +221,7 @@ inline Release<FlatEvent> releaseOf(const FlatEvent *)
     return {freeEvent, freeEventsArray};
 }
 
-// Walks what a function put out and gives it back. Where it answered anything but 0 it has put out nothing.
+// Reads what a function returned and releases it. With any code but 0 there must be nothing.
 template<class Flat>
 void walkAndFree(uint32_t code, Flat *record)
 {
@@ -247,7 +247,7 @@ inline void walkAndFree(uint16_t *text)
     std::free(text);
 }
 
-// ---- Calls that need no target of the caller ----
+// ---- Calls without an out-parameter of the caller ----
 
 // listed(getUsers), listed(getZonesForSection, device, section)
 template<class Flat, class... Arguments>

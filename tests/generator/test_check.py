@@ -1,4 +1,4 @@
-"""Headers that are wrong on purpose: each mistake has its sentence, with the place and what to write."""
+"""Deliberately wrong headers: each mistake has a message with the place and the cure."""
 
 import shutil
 import tempfile
@@ -22,7 +22,7 @@ class CheckTest(unittest.TestCase):
         return check.findings(model.read(self.folder))
 
     def spoil(self, header, right, wrong, *, inside=""):
-        """Replaces a text that stands once, in the header or behind the text `inside` of it."""
+        """Replaces a text that occurs once, in the header or after the text `inside` in it."""
         path = self.folder / header
         before, mark, text = path.read_text(encoding="utf-8").partition(inside) if inside else (
             "", "", path.read_text(encoding="utf-8"))
@@ -86,6 +86,13 @@ class CheckTest(unittest.TestCase):
         self.spoil("brimlet.h", " * @param[out] count  receives the number of users\n",
                    " * @param[in]  count  receives the number of users\n")
         self.finds('getUsers: write "@param[out] count" instead of "@param[in]".')
+
+    def test_a_document_without_a_form(self):
+        self.spoil("brimlet.h", "@param[in] json    batch of users\n", "@param[in] json    the users\n")
+        self.spoil("brimlet.h", "id-only document with \"op_id\"\n", "id-only document with the id\n")
+        sentence = ('say which form json has: "batch of ...", "document of one ..." or "id-only document with" and its '
+                    'keys.')
+        self.finds(f"addUsers: {sentence}", f"deleteUser: {sentence}")
 
     def test_a_result_by_its_number(self):
         self.spoil("brimlet.h", "BRIMLET_NOT_FOUND    the store has no user with this id",

@@ -33,6 +33,21 @@ class FiltersTest(unittest.TestCase):
                          "    Code call(uint32_t id,\n              const Text &key, Text b)\n"
                          "    {\n        return one;\n    }")
 
+    def test_words_in_python(self):
+        for words, expected in (
+            ("Gets all users as an array.", "Gets all users as a list."),
+            ("out of memory for the array", "out of memory for the list"),
+            ("key of FlatUser", "key of User"),
+            ("after BRIMLET_LAUNCH_FAILED", "after LaunchResult.FAILED"),
+            ("returns BRIMLET_STATE_RUNNING", "returns State.RUNNING"),
+            ("returns BRIMLET_READ_FAILED", "returns Code.READ_FAILED"),
+            ("a flat record", "a flat record"),
+        ):
+            self.assertEqual(generator.python(words), expected)
+
+    def test_names_that_python_reserves(self):
+        self.assertEqual([generator.identifier(name) for name in ("from", "to", "id")], ["from_", "to", "id"])
+
 
 if __name__ == "__main__":
     unittest.main()

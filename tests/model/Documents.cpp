@@ -4,7 +4,7 @@ namespace brimlet::test {
 
 namespace {
 
-// A value as it stands in a document, and as it is read.
+// A value in a document, and as it is read.
 struct Sample
 {
     const char *json;

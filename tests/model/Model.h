@@ -51,7 +51,7 @@ public:
     void clearExceptEvents();
 };
 
-// The value of a field that is an id, or -1 where there is none.
+// The value of a field that is an id, or -1 if there is none.
 int64_t idOf(const Shown &row, const std::string &field);
 
 } // namespace brimlet::test

@@ -1,4 +1,4 @@
-// Random sequences of calls over all families, each answer compared with a model that knows no SQL.
+// Random sequences of calls over all families, each result compared with a model without SQL.
 #include "Model.h"
 
 #include <QByteArray>
@@ -94,7 +94,7 @@ void merge(Shown &row, const Shown &fields)
         row[name] = value;
 }
 
-// Documents that every add refuses, with their codes; %1 stands for a sound object, %2 for the key of its id.
+// Documents that every add refuses, with their codes; %1 is a valid object, %2 for the key of its id.
 struct BadDocument
 {
     const char *json;

@@ -2,7 +2,7 @@ using System;
 using System.IO;
 using Brimlet;
 
-// The story of a client in C#, in small. It knows nothing but the installed binding and the sample data.
+// A small client in C#. It uses only the installed binding and the sample data.
 // usage: Story DATA     the folder of the sample data
 internal static class Story
 {

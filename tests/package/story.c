@@ -1,4 +1,4 @@
-/* The story of a client in C, in small: launch, add, read, write, remove, free, exit. It knows nothing but the installed
+/* A small client in C: launch, add, read, write, remove, free, exit. It uses only the installed
    header. */
 #define _POSIX_C_SOURCE 200809L
 #include <brimlet.h>

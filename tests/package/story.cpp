@@ -1,4 +1,4 @@
-// The story of a client in C++, in small. It knows nothing but the installed headers.
+// A small client in C++. It uses only the installed headers.
 #include <brimlet.hpp>
 
 #include <cstdlib>

@@ -1,4 +1,4 @@
-"""The story of a client in Python, in small. It knows nothing but the installed package and the sample data.
+"""A small client in Python. It uses only the installed package and the sample data.
 
 argument: the folder of the sample data
 """

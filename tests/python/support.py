@@ -1,5 +1,5 @@
-"""What the tests share: the source tree, or the installed part of it, a directory of its own for each test, and the
-companion command."""
+"""Helpers for the tests: the source tree or its installed part, a directory for each test, and the companion
+command."""
 
 import os
 import subprocess
@@ -21,7 +21,7 @@ def source(path):
 
 
 class DirectoryTest(unittest.TestCase):
-    """A test in a directory of its own, which is not the working directory."""
+    """A test with its own directory, which is not the working directory."""
 
     def setUp(self):
         directory = tempfile.TemporaryDirectory()
@@ -36,16 +36,16 @@ class DirectoryTest(unittest.TestCase):
         return session
 
     def run_python(self, text, *arguments):
-        """Another interpreter on a text, in the test's directory."""
+        """Runs a program text in another interpreter, in the test's directory."""
         return subprocess.run([sys.executable, "-c", text, *arguments], cwd=self.directory, capture_output=True,
                               text=True, timeout=120)
 
     def run_command(self, *arguments, put=None):
-        """The companion command on the test's directory."""
+        """Runs the companion command on the test's directory."""
         return subprocess.run([*COMMAND, "--dir", str(self.directory), *arguments], input=put, capture_output=True,
                               text=True, encoding="utf-8", timeout=120)
 
 
 def is_sanitized():
-    """Whether this process runs under AddressSanitizer, which has an allocator of its own."""
+    """Whether this process runs under AddressSanitizer, which has its own allocator."""
     return "asan" in os.environ.get("LD_PRELOAD", "")

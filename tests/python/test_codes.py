@@ -1,4 +1,4 @@
-"""Every code as an exception, and in what case."""
+"""Every code as an exception, and when it is raised."""
 
 import ctypes
 import sqlite3
@@ -29,7 +29,7 @@ class CodesTest(DirectoryTest):
         connection.close()
 
     def answers(self, name, code):
-        """Has a function answer a code that no input can bring about."""
+        """Makes a function return a code that no input causes."""
         entry = self.open._library.exports[name]
         prototype = ctypes.CFUNCTYPE(ctypes.c_uint32, *entry.argtypes)
         return mock.patch.dict(self.open._library.exports, {name: prototype(lambda *arguments: code)})
@@ -49,14 +49,14 @@ class CodesTest(DirectoryTest):
         self.fails(LookupError, 8, "getSiteNameAndAddress", 7)
         self.fails(brimlet.NotFound, 8, "deleteUser", 7)
 
-    def test_not_found_is_an_empty_list_where_a_list_is_read(self):
+    def test_not_found_is_an_empty_list_when_an_array_is_read(self):
         for name, *arguments in (("getUsers",), ("getZones", 1), ("getEvents", 0, 9), ("getAffectEvents",),
                                  ("getSitesWithParams", "name", "x"),
                                  ("getZonesForSectionWithParams", "name", "x", 1, 2)):
             self.assertEqual(self.open.call(name, *arguments), [])
             self.assertEqual(self.open.answer(name, *arguments), (brimlet.Code.NOT_FOUND, None))
 
-    def test_not_found_is_an_exception_where_events_are_added(self):
+    def test_not_found_is_an_exception_when_events_are_added(self):
         self.fails(brimlet.NotFound, 8, "addEvents", [{"id": 1, "device": 1}])
 
     def test_write_failed(self):

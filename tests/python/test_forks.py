@@ -1,4 +1,4 @@
-"""A forked child forgets the launch, which is its parent's, and ends like any other process."""
+"""A forked child does not use the launch of its parent, and exits like any other process."""
 
 import os
 import signal

@@ -1,5 +1,5 @@
-"""The five-minute start and the package's introduction: their blocks run one after the other, as a reader would run
-them, and print what they say."""
+"""Runs the blocks of docs/python.md and of the package's introduction in order, as a reader would, and checks their
+output."""
 
 import os
 import re
@@ -12,7 +12,7 @@ from support import COMMAND, ROOT, DirectoryTest, source
 
 
 def blocks(guide):
-    """(language, text, what it prints) for each block that runs. What it prints stands in the text block behind it."""
+    """(language, text, output) for each block that runs. Its expected output is the text block after it."""
     found = re.findall(r"^```(\w+)\n(.*?)^```$", source(guide), re.DOTALL | re.MULTILINE)
     for (language, text), (further, printed) in zip(found, found[1:] + [("", "")]):
         if language != "text":
@@ -27,7 +27,7 @@ class GuideTest(DirectoryTest):
         self.assertEqual(self.run_blocks("bindings/python/README.md"), 1)
 
     def run_blocks(self, guide):
-        """Runs the blocks of a guide and checks what they print. Gives their number."""
+        """Runs the blocks of a guide, checks their output, and returns their number."""
         script = self.directory / "brimlet"
         script.write_text("#!/bin/sh\nexec " + shlex.join(COMMAND) + ' "$@"\n')
         script.chmod(0o755)
@@ -37,7 +37,7 @@ class GuideTest(DirectoryTest):
         for language, text, printed in blocks(guide):
             with self.subTest(text=text):
                 if language == "python":
-                    # Imports of earlier blocks hold.
+                    # Imports of earlier blocks stay valid.
                     command = [sys.executable, "-c", before + text]
                     before = before or "import os, brimlet\n"
                 else:

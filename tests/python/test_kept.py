@@ -24,7 +24,7 @@ class KeptTest(DirectoryTest):
         self.file.write_bytes(DAMAGED)
 
     def launch(self, **options):
-        """The report of a session that is over."""
+        """The report of a finished session."""
         with brimlet.Session(self.directory, **options) as session:
             return session.report
 
@@ -38,7 +38,7 @@ class KeptTest(DirectoryTest):
         return mock.patch("os.link", side_effect=OSError(number, os.strerror(number)))
 
     def clock(self, *moment):
-        """Stops the clock that the kept files are named by."""
+        """Stops the clock from which kept files get their names."""
         clock = mock.Mock(now=mock.Mock(return_value=datetime(*moment, tzinfo=timezone.utc)))
         return mock.patch.object(kept, "datetime", clock)
 
@@ -118,7 +118,7 @@ class ReplacedTest(KeptTest):
             os.chdir("elsewhere")
             return real()
 
-        # The library says so where it cannot remove the file.
+        # The result of the library if it cannot remove the file.
         (self.directory / "elsewhere").mkdir()
         with mock.patch.dict(exports, launchCache=launch_elsewhere, getLaunchCacheResult=lambda: 103):
             self.assertIsNone(self.launch(recover=False).kept)
@@ -201,7 +201,7 @@ class NoTraceTest(KeptTest):
         return {name: ((self.directory / name).read_bytes(), (self.directory / name).stat().st_mtime_ns,
                        (self.directory / name).stat().st_ino) for name in self.names()}
 
-    def test_a_sound_file_is_as_it_was(self):
+    def test_a_good_file_is_unchanged(self):
         self.launch()
         before = self.trace()
         self.assertEqual(list(before), ["CacheDb"])
@@ -209,7 +209,7 @@ class NoTraceTest(KeptTest):
         self.assertEqual(self.trace(), before)
         self.assertEqual(self.file.stat().st_nlink, 1)
 
-    def test_a_sound_file_is_as_it_was_where_there_are_no_hard_links(self):
+    def test_a_good_file_is_unchanged_without_hard_links(self):
         self.launch()
         before = self.trace()
         with self.no_links():
@@ -219,7 +219,7 @@ class NoTraceTest(KeptTest):
     def test_a_journal_that_is_rolled_back_leaves_no_name(self):
         self.roll_back()
 
-    def test_a_journal_that_is_rolled_back_leaves_no_name_where_there_are_no_hard_links(self):
+    def test_a_rolled_back_journal_leaves_no_name_without_hard_links(self):
         with self.no_links():
             self.roll_back()
 
@@ -262,7 +262,7 @@ class NoTraceTest(KeptTest):
 
 
 class StaleTest(KeptTest):
-    """What a process leaves that dies during a launch."""
+    """Files of a process that died during a launch."""
 
     def test_a_second_name_of_the_file_is_removed(self):
         self.launch()
@@ -280,13 +280,13 @@ class StaleTest(KeptTest):
         self.assertEqual(self.names(), ["CacheDb", name, name + "-wal"])
         self.assertEqual((self.directory / name).read_bytes(), DAMAGED)
 
-    def test_it_is_kept_where_the_file_is_gone(self):
+    def test_it_is_kept_if_the_file_is_missing(self):
         (self.directory / "CacheDb.before-launch").write_bytes(DAMAGED)
         self.assertEqual(self.launch(), brimlet.LaunchReport(brimlet.LaunchResult.CREATED))
         name, = self.kept_names()
         self.assertEqual((self.directory / name).read_bytes(), DAMAGED)
 
-    def test_it_is_not_removed_where_it_cannot_be_renamed(self):
+    def test_it_is_not_removed_if_it_cannot_be_renamed(self):
         stale = self.directory / "CacheDb.before-launch"
         for number in (errno.EACCES, errno.EIO):
             self.damage()
@@ -298,7 +298,7 @@ class StaleTest(KeptTest):
                     self.assertRaises(brimlet.BackupFailed, self.launch)
             self.assertEqual(stale.read_bytes(), b"the only copy")
 
-    def test_a_folder_of_that_name_is_left_alone(self):
+    def test_a_directory_of_that_name_is_not_touched(self):
         self.damage()
         (self.directory / "CacheDb.before-launch").mkdir()
         with self.assertRaisesRegex(brimlet.BackupFailed, "CacheDb.before-launch"):
@@ -331,7 +331,7 @@ class StaleTest(KeptTest):
         self.assertEqual(self.names(), ["CacheDb", name])
         self.assertEqual((self.directory / name).read_bytes(), DAMAGED)
 
-    def test_a_launch_that_comes_back_by_itself_is_settled_by_the_next_session(self):
+    def test_the_next_session_cleans_up_after_a_launch_that_returns_early(self):
         self.damage()
         exports = library.Library.load().exports
         with mock.patch.dict(exports, launchCache=self.file.unlink), self.assertRaises(brimlet.LaunchEnded):
@@ -342,7 +342,7 @@ class StaleTest(KeptTest):
 
 
 class CopyTest(KeptTest):
-    """Where the file system has no hard links."""
+    """File systems without hard links."""
 
     def test_a_replaced_file_is_kept_as_a_copy(self):
         for number in (errno.EOPNOTSUPP, errno.EPERM, errno.EMLINK):
@@ -396,13 +396,13 @@ class CopyTest(KeptTest):
 @unittest.skipUnless(hasattr(os, "setresuid"), "rights are others here")
 class RightsTest(KeptTest):
     def as_nobody(self):
-        """What has no right to the directory. As the superuser, who has every right, it is somebody else."""
+        """Runs without permission for the directory. The superuser has every permission, so it runs as another user."""
         library.Library.load()
         if os.geteuid() == 0:
             os.setresuid(65534, 65534, 0)  # Qt ends a process whose real user is another one
             self.addCleanup(os.setresuid, 0, 0, 0)
 
-    def test_in_a_folder_that_cannot_be_written_a_launch_goes_on_without(self):
+    def test_in_a_directory_without_write_permission_a_launch_keeps_nothing(self):
         self.damage()
         self.file.chmod(0o644)
         self.directory.chmod(0o555)
@@ -416,7 +416,7 @@ class RightsTest(KeptTest):
         self.assertEqual(self.names(), ["CacheDb"])
         self.assertEqual(self.file.read_bytes(), DAMAGED)
 
-    def test_on_a_read_only_file_system_a_launch_goes_on_without(self):
+    def test_on_a_read_only_file_system_a_launch_keeps_nothing(self):
         self.launch()
         refused = OSError(errno.EROFS, os.strerror(errno.EROFS))
         with self.no_links(errno.EROFS), mock.patch("os.open", side_effect=refused):

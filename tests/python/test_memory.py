@@ -1,17 +1,17 @@
-"""What the library hands out goes back, also when its copying fails."""
+"""The package releases what it receives, also if copying it fails."""
 
 import ctypes
 import unittest
 from collections import Counter
 from unittest import mock
 
-from brimlet import library, records
+from brimlet import layout, library
 from brimlet.functions import FUNCTIONS, Gives, Role
 from support import DATA, DirectoryTest, is_sanitized
 
 
 class Usage(ctypes.Structure):
-    """The answer of mallinfo2."""
+    """The result of mallinfo2."""
 
     _fields_ = [(name, ctypes.c_size_t) for name in (
         "arena", "ordblks", "smblks", "hblks", "hblkhd", "usmblks", "fsmblks", "uordblks", "fordblks", "keepcost")]
@@ -35,7 +35,7 @@ class MemoryTest(DirectoryTest):
         self.open.setServerIp("monitoring.example.net")
 
     def reads(self):
-        """A call that succeeds for each function that hands something out of the store as it is."""
+        """A call that succeeds for each function that returns something from the present store."""
         arguments = {
             "getLocale": (1,), "getDomain": (1,), "getUser": (1001,), "getOrganization": (1,), "getContractor": (701,),
             "getContract": (2001,), "getDevice": (101,), "getSite": (301,), "getSection": (1, 101),
@@ -52,7 +52,7 @@ class MemoryTest(DirectoryTest):
                 yield name, arguments.get(name, ("id", "1") if name.endswith("WithParams") else ())
 
     def released(self, action):
-        """Which families a call gave back, and how many texts."""
+        """The families that a call released, and the number of texts."""
         counts = Counter()
 
         def counted(key, release):
@@ -68,14 +68,14 @@ class MemoryTest(DirectoryTest):
             action()
         return counts
 
-    def test_every_read_gives_back_once_what_it_was_given(self):
+    def test_every_read_releases_once_what_it_received(self):
         for name, arguments in self.reads():
             with self.subTest(name):
                 entry = FUNCTIONS[name]
                 expected = {"text": entry.texts} if entry.gives is Gives.TEXTS else {entry.family: 1}
                 self.assertEqual(self.released(lambda: self.assertTrue(self.open.call(name, *arguments))), expected)
 
-    def test_a_copying_that_fails_gives_back_too(self):
+    def test_a_failed_copy_releases_too(self):
         class Broken(Exception):
             pass
 
@@ -84,7 +84,7 @@ class MemoryTest(DirectoryTest):
                 entry = FUNCTIONS[name]
 
                 def fail():
-                    with mock.patch.object(records.Layout, "read", side_effect=Broken), \
+                    with mock.patch.object(layout.Layout, "read", side_effect=Broken), \
                             mock.patch.object(library, "read_text", side_effect=Broken), \
                             self.assertRaises(Broken):
                         self.open.call(name, *arguments)
@@ -92,7 +92,7 @@ class MemoryTest(DirectoryTest):
                 expected = {"text": entry.texts} if entry.gives is Gives.TEXTS else {entry.family: 1}
                 self.assertEqual(self.released(fail), expected)
 
-    def test_what_was_not_given_is_not_given_back(self):
+    def test_what_was_not_received_is_not_released(self):
         self.assertEqual(self.released(lambda: self.open.answer("getUser", 5)), {})
         self.assertEqual(self.released(lambda: self.open.getUsersWithParams("id", "5")), {})
 
@@ -112,7 +112,7 @@ class MemoryTest(DirectoryTest):
             return bytes_in_use() - before
 
         growth(5)  # caches fill
-        # One round hands out about a megabyte, so forty that lost a thousandth of it would show.
+        # One round receives about a megabyte, so a leak of a thousandth of it shows after forty rounds.
         self.assertLess(growth(40), 40_000)
         with mock.patch.object(library, "layout_of", return_value=mock.Mock(read=mock.Mock(side_effect=KeyError))):
             before = bytes_in_use()

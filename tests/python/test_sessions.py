@@ -21,7 +21,7 @@ class LaunchTest(DirectoryTest):
         self.assertEqual(os.getcwd(), before)
         self.assertTrue(self.file.exists())
 
-    def test_a_directory_that_is_not_there_leaves_everything_as_it_was(self):
+    def test_a_missing_directory_changes_nothing(self):
         before = os.getcwd()
         with self.assertRaises(FileNotFoundError):
             brimlet.Session(self.directory / "nowhere")
@@ -78,7 +78,7 @@ class LaunchTest(DirectoryTest):
         self.assertEqual(session.report.first, brimlet.LaunchResult.OPENED)
         self.assertEqual(os.getcwd(), before)
 
-    def test_a_launch_that_comes_back_by_itself_is_an_error(self):
+    def test_a_launch_that_returns_early_is_an_error(self):
         before = os.getcwd()
         exports = library.Library.load().exports
         with mock.patch.dict(exports, launchCache=lambda: 0), self.assertRaises(brimlet.LaunchEnded):
@@ -94,7 +94,7 @@ class RecoveryTest(DirectoryTest):
         journal.write_bytes(b"nonsense")
         with mock.patch("os.remove", wraps=os.remove) as remove:
             session = self.session(keep_damaged=0)
-        # SQLite may have taken the journal away by then; it is removed all the same.
+        # SQLite may have removed the journal by then; removing it again does no harm.
         self.assertEqual([Path(call.args[0]) for call in remove.call_args_list], [self.file, journal])
         self.assertEqual(session.report, brimlet.LaunchReport(brimlet.LaunchResult.REPLACED_VERSION,
                                                               brimlet.LaunchResult.CREATED))

@@ -1,5 +1,5 @@
 """A signal handler or a finalizer in the middle of a launch, a call or an exit: it never waits for its own thread, and
-what it cuts short does no harm."""
+interrupting does no harm."""
 
 import gc
 import os

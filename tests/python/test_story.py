@@ -1,4 +1,4 @@
-"""The story of a client on the sample data."""
+"""A client on the sample data."""
 
 import json
 import unittest
@@ -60,6 +60,7 @@ class StoryTest(DirectoryTest):
         self.assertIsNone(device.sections[0].zones[1].delay)
         self.assertEqual(session.getSection(1, 101), device.sections[0])
         self.assertEqual(session.getZone(2, 101, 1), device.sections[0].zones[1])
+        self.assertEqual(session.getZone(sectionId=1, deviceId=101, zoneId=2), device.sections[0].zones[1])
         self.assertEqual(len(session.getZonesForSection(101, 1)), 5)
         self.assertEqual(session.getSite(301).location, brimlet.Location(301, 52.63595, 0.38416))
         self.assertEqual(session.getSiteNameAndAddress(301), ("Chandlery, Halvermoor", "12 Tanner’s Row, Halvermoor"))
@@ -89,7 +90,7 @@ class StoryTest(DirectoryTest):
         self.assertIn(event, marked)
         self.assertEqual(session.removeAffectFlag(event.id).affect, False)
         self.assertEqual(len(session.getAffectEvents()), len(marked) - 1)
-        before = len(session.getEvents(0, 1710396000))
+        before = len(session.getEvents(from_=0, to=1710396000))
         session.clearEventsBeforeDateExceptAffects(1710396000)
         left = session.getEvents(0, 1710396000)
         self.assertLess(len(left), before)
@@ -156,7 +157,7 @@ class DocumentsTest(DirectoryTest):
             self.open.call("getUser")
         self.assertEqual(self.open.getUsers(), [])
 
-    def test_texts_of_every_kind_come_back_as_they_went(self):
+    def test_texts_of_every_kind_are_returned_unchanged(self):
         for text in ("", "plain", "Żurawicka", "𠮷田 葵", "line\nend", "x" * 100_000):
             self.assertEqual(self.open.updateUser({"id": 7, "name": text}).name, text)
 

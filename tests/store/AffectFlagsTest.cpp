@@ -33,7 +33,7 @@ TEST_F(AffectFlags, RemovingClearsTheFlagAndNothingElse)
               (Rows{Row{"0", "integer"}, Row{"1", "integer"}}));
 }
 
-TEST_F(AffectFlags, RemovingGivesTheStoredEventWithItsNames)
+TEST_F(AffectFlags, RemovingReturnsTheStoredEventWithItsNames)
 {
     ASSERT_EQ(send(addDevice, R"({"D":{"id":10,"account":1234,)"
                               R"("sections":[{"id":1,"name":"hall","zones":[{"id":2,"name":"door"}]}]}})"),
@@ -107,7 +107,7 @@ TEST_F(AffectFlags, TheIdIsConvertedAndAnyOtherTypeIsZero)
     EXPECT_EQ(flag("0"), "0");
 }
 
-TEST_F(AffectFlags, RemovingAnswersForABrokenDocument)
+TEST_F(AffectFlags, RemovingRefusesABrokenDocument)
 {
     addOne(R"({"id":0,"affect":1})");
     EXPECT_EQ(update(removeAffectFlag, "").code, 10u);
@@ -128,7 +128,7 @@ TEST_F(AffectFlags, OtherMembersAreNotRead)
     EXPECT_EQ(file.rows("SELECT EventsTime,EventsAffect,EventsData FROM Events"), (Rows{Row{"1", "0", std::nullopt}}));
 }
 
-TEST_F(AffectFlags, RemovingAnswers8ForAnUnknownEvent)
+TEST_F(AffectFlags, RemovingReturns8ForAnUnknownEvent)
 {
     addOne(R"({"id":5,"affect":1})");
     DebugLines lines;
@@ -207,7 +207,7 @@ TEST_F(AffectFlags, ABlockThatTheClientPassesStaysOnEveryFailure)
 
 // ---- Failures of the removal ----
 
-TEST_F(AffectFlags, RemovingAnswers7WhenTheEventCannotBeLookedFor)
+TEST_F(AffectFlags, RemovingReturns7WhenTheEventCannotBeFound)
 {
     foreign("DROP TABLE Events");
     DebugLines lines;
@@ -238,7 +238,7 @@ TEST_F(AffectFlags, AFailedRemovalLeavesTheFlag)
     EXPECT_EQ(flag("5"), "1");
 }
 
-TEST_F(AffectFlags, RemovingWithoutTheColumnAnswers9)
+TEST_F(AffectFlags, RemovingWithoutTheColumnReturns9)
 {
     addOne(R"({"id":5,"affect":1})");
     foreign("ALTER TABLE Events RENAME COLUMN EventsAffect TO Gone");
@@ -259,7 +259,7 @@ TEST_F(AffectFlags, AFailedReadBackUndoesTheRemoval)
     EXPECT_EQ(flag("5"), "1");
 }
 
-TEST_F(AffectFlags, AnEventThatIsGoneAtTheReadBackAnswers9AndTheRemovalStays)
+TEST_F(AffectFlags, AnEventThatIsGoneAtTheReadBackReturns9AndTheRemovalStays)
 {
     addOne(R"({"id":5,"affect":1})");
     foreign("CREATE TRIGGER Vanish AFTER UPDATE ON Events "
@@ -389,7 +389,7 @@ TEST_F(Retention, AFailureLeavesTheEvents)
     EXPECT_EQ(left(), (Rows{Row{"1"}, Row{"2"}}));
 }
 
-TEST_F(Retention, WithoutTheTableTheAnswerIs9)
+TEST_F(Retention, WithoutTheTableTheResultIs9)
 {
     foreign("DROP TABLE Events");
     DebugLines lines;

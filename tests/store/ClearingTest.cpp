@@ -307,7 +307,7 @@ TEST_F(Clearing, AFailureAtTheEventsLeavesAllTablesAsTheyWere)
     EXPECT_EQ(content(), before);
 }
 
-TEST_F(Clearing, ClearAllAnswers9WithoutTheEvents)
+TEST_F(Clearing, ClearAllReturns9WithoutTheEvents)
 {
     fill();
     foreign("DROP TABLE Events");

@@ -50,7 +50,7 @@ protected:
         return file.value("SELECT group_concat(Name, ' ') FROM Assigned WHERE Name <> 'ContractorsId'");
     }
 
-    // A member that neither an add nor an update may carry.
+    // A member that neither an add nor an update may contain.
     void expectRefused(const std::string &member) const
     {
         SCOPED_TRACE(member);
@@ -219,7 +219,7 @@ TEST_F(Contractors, IdIsRequiredAndANumber)
 
 // ---- Reading ----
 
-TEST_F(Contractors, GetGivesEachColumnInItsField)
+TEST_F(Contractors, GetReturnsEachColumnInItsField)
 {
     file.execute("INSERT INTO Contractors VALUES (4, '7701', 2, 1, 'Acme Limited', 'Acme', 'note')");
     const auto answer = get(getContractor, 4);
@@ -233,7 +233,7 @@ TEST_F(Contractors, GetGivesEachColumnInItsField)
     EXPECT_EQ(utf8(answer->extra), "note");
 }
 
-TEST_F(Contractors, GetGivesNullPointersForNulls)
+TEST_F(Contractors, GetReturnsNullPointersForNulls)
 {
     file.execute("INSERT INTO Contractors (ContractorsId) VALUES (4)");
     const auto answer = get(getContractor, 4);
@@ -261,7 +261,7 @@ TEST_F(Contractors, GetKeepsEmptyAndZeroApartFromAbsent)
     EXPECT_EQ(utf8(answer->extra), "");
 }
 
-TEST_F(Contractors, GetAnswers8ForAnUnknownId)
+TEST_F(Contractors, GetReturns8ForAnUnknownId)
 {
     ASSERT_EQ(send(addContractors, batch(acme)), 0u);
     FlatContractor *out = nullptr;
@@ -269,7 +269,7 @@ TEST_F(Contractors, GetAnswers8ForAnUnknownId)
     EXPECT_EQ(out, nullptr);
 }
 
-TEST_F(Contractors, ListGivesAllRows)
+TEST_F(Contractors, ListReturnsAllRows)
 {
     ASSERT_EQ(send(addContractors, batch(acme, R"({"id":5},{"id":6,"name":"Six"})")), 0u);
     const auto all = list(getContractors);
@@ -286,7 +286,7 @@ TEST_F(Contractors, ListGivesAllRows)
     EXPECT_EQ(all.withId(6)->orgId, nullptr);
 }
 
-TEST_F(Contractors, ListAnswers8ForAnEmptyTable)
+TEST_F(Contractors, ListReturns8ForAnEmptyTable)
 {
     FlatContractor *out = nullptr;
     uint32_t count = 77;
@@ -317,7 +317,7 @@ TEST_F(Contractors, EveryKeyCanBeSearchedFor)
     }
 }
 
-TEST_F(Contractors, SearchGivesEveryRowThatFits)
+TEST_F(Contractors, SearchReturnsEveryRowThatFits)
 {
     ASSERT_EQ(send(addContractors, batch(R"({"id":4,"type":1},{"id":5,"type":2},{"id":6,"type":1})")), 0u);
     const auto found = listBy(getContractorsWithParams, "type", "1");
@@ -344,7 +344,7 @@ TEST_F(Contractors, SearchForAnEmptyTextFindsItAndNoAbsentOne)
     EXPECT_EQ(found[0].id, 4u);
 }
 
-TEST_F(Contractors, SearchAnswers8WhereNothingFits)
+TEST_F(Contractors, SearchReturns8IfNothingFits)
 {
     ASSERT_EQ(send(addContractors, batch(acme)), 0u);
     FlatContractor *out = nullptr;
@@ -378,7 +378,7 @@ TEST_F(Contractors, UpdateKeepsWhatIsLeftOut)
     EXPECT_EQ(stored(4), (Row{"4", "7701", "2", "1", "Acme Limited", "Acme", "new"}));
 }
 
-TEST_F(Contractors, UpdateGivesTheRowAsStored)
+TEST_F(Contractors, UpdateReturnsTheRowAsStored)
 {
     ASSERT_EQ(send(addContractors, batch(acme)), 0u);
     const auto answer = update(updateContractor, one(R"({"id":4,"extra":"new","type":-1})"));
@@ -510,7 +510,7 @@ TEST_F(Contractors, UpdateRefusesDocumentsThatAreNoRecord)
     EXPECT_EQ(rowCount(), 0);
 }
 
-TEST_F(Contractors, UpdateAnswers8WhenTheRowIsGoneAgainAndStillCommits)
+TEST_F(Contractors, UpdateReturns8WhenTheRowIsDeletedMeanwhileAndStillCommits)
 {
     foreign("CREATE TABLE Seen (Id INTEGER); CREATE TRIGGER Drop4 AFTER INSERT ON Contractors BEGIN "
             "INSERT INTO Seen VALUES (NEW.ContractorsId); "
@@ -545,7 +545,7 @@ TEST_F(Contractors, DeleteLeavesContractsAlone)
     EXPECT_EQ(contract->contractor, nullptr);
 }
 
-TEST_F(Contractors, DeleteAnswers8ForAnUnknownIdAndLogsNothing)
+TEST_F(Contractors, DeleteReturns8ForAnUnknownIdAndLogsNothing)
 {
     ASSERT_EQ(send(addContractors, batch(acme)), 0u);
     const DebugLines lines;
@@ -708,7 +708,7 @@ TEST_F(Contractors, ReadsWorkAgainAfterAFailedOne)
     EXPECT_EQ(list(getContractors).code, 0u);
 }
 
-TEST_F(Contractors, DeleteAnswers7WhenItsReadFails)
+TEST_F(Contractors, DeleteReturns7WhenItsReadFails)
 {
     ASSERT_EQ(send(addContractors, batch(acme)), 0u);
     foreign("ALTER TABLE Contractors RENAME COLUMN ContractorsExtra TO Elsewhere");

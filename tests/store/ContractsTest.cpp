@@ -62,7 +62,7 @@ protected:
         return file.value("SELECT group_concat(Name, ' ') FROM Assigned WHERE Name <> 'ContractsId'");
     }
 
-    // A member that neither an add nor an update may carry.
+    // A member that neither an add nor an update may contain.
     void expectRefused(const std::string &member) const
     {
         SCOPED_TRACE(member);
@@ -333,7 +333,7 @@ TEST_F(Contracts, IdIsRequiredAndANumber)
 
 // ---- Reading ----
 
-TEST_F(Contracts, GetGivesEachColumnInItsFieldAndAllFourLevels)
+TEST_F(Contracts, GetReturnsEachColumnInItsFieldAndAllFourLevels)
 {
     file.execute("INSERT INTO Contracts VALUES (11, 'A-1', 4, 'Lease', 1, 100, 'three rooms', 'note', 7)");
     addParties();
@@ -342,7 +342,7 @@ TEST_F(Contracts, GetGivesEachColumnInItsFieldAndAllFourLevels)
     expectWhole(*answer.record);
 }
 
-TEST_F(Contracts, GetGivesNullPointersForNulls)
+TEST_F(Contracts, GetReturnsNullPointersForNulls)
 {
     file.execute("INSERT INTO Contracts (ContractsId) VALUES (11)");
     addParties();
@@ -462,7 +462,7 @@ TEST_F(Contracts, DomainWithoutItsLocaleShowsTheRest)
     EXPECT_EQ(answer->user->domain->locale, nullptr);
 }
 
-TEST_F(Contracts, GetAnswers8ForAnUnknownId)
+TEST_F(Contracts, GetReturns8ForAnUnknownId)
 {
     ASSERT_EQ(send(addContracts, batch(lease)), 0u);
     FlatContract *out = nullptr;
@@ -470,7 +470,7 @@ TEST_F(Contracts, GetAnswers8ForAnUnknownId)
     EXPECT_EQ(out, nullptr);
 }
 
-TEST_F(Contracts, ListGivesAllRowsWithTheirParties)
+TEST_F(Contracts, ListReturnsAllRowsWithTheirParties)
 {
     addParties();
     ASSERT_EQ(send(addContracts, batch(lease, R"({"id":12},{"id":13,"contractor_id":4,"operator_id":8})")), 0u);
@@ -488,7 +488,7 @@ TEST_F(Contracts, ListGivesAllRowsWithTheirParties)
     EXPECT_EQ(all.withId(13)->user, nullptr);
 }
 
-TEST_F(Contracts, ListAnswers8ForAnEmptyTable)
+TEST_F(Contracts, ListReturns8ForAnEmptyTable)
 {
     addParties();
     FlatContract *out = nullptr;
@@ -542,7 +542,7 @@ TEST_F(Contracts, SearchComparesTextsWhole)
     EXPECT_EQ(listBy(getContractsWithParams, "c_name", "L%").code, 8u);
 }
 
-TEST_F(Contracts, SearchAnswers8WhereNothingFits)
+TEST_F(Contracts, SearchReturns8IfNothingFits)
 {
     ASSERT_EQ(send(addContracts, batch(lease)), 0u);
     FlatContract *out = nullptr;
@@ -731,7 +731,7 @@ TEST_F(Contracts, UpdateRefusesDocumentsThatAreNoRecord)
     EXPECT_EQ(rowCount(), 0);
 }
 
-TEST_F(Contracts, UpdateAnswers8WhenTheRowIsGoneAgainAndStillCommits)
+TEST_F(Contracts, UpdateReturns8WhenTheRowIsDeletedMeanwhileAndStillCommits)
 {
     foreign("CREATE TABLE Seen (Id INTEGER); CREATE TRIGGER DropNew AFTER INSERT ON Contracts BEGIN "
             "INSERT INTO Seen VALUES (NEW.ContractsId); "
@@ -765,7 +765,7 @@ TEST_F(Contracts, DeleteLeavesPartiesAndSites)
     EXPECT_EQ(file.number("SELECT count(*) FROM Users WHERE UsersId = 7"), 1);
 }
 
-TEST_F(Contracts, DeleteAnswers8ForAnUnknownIdAndLogsNothing)
+TEST_F(Contracts, DeleteReturns8ForAnUnknownIdAndLogsNothing)
 {
     ASSERT_EQ(send(addContracts, batch(lease)), 0u);
     const DebugLines lines;
@@ -922,7 +922,7 @@ TEST_F(Contracts, FailedSearchLogsTheSearch)
     EXPECT_EQ(count, 77u);
 }
 
-TEST_F(Contracts, DeleteAnswers7WhenItsReadFails)
+TEST_F(Contracts, DeleteReturns7WhenItsReadFails)
 {
     ASSERT_EQ(send(addContracts, batch(lease)), 0u);
     foreign("ALTER TABLE Users RENAME TO Elsewhere");

@@ -64,7 +64,7 @@ uint32_t length(const std::u16string &text)
 
 // ---- The families ----
 
-// An argument that nobody may look at: a pointer to where nothing is, a number that is no 0.
+// An argument that must not be used: an invalid pointer, a number other than 0.
 template<class Argument>
 Argument unusable()
 {
@@ -74,7 +74,7 @@ Argument unusable()
         return Argument{4};
 }
 
-// A target that is not null is refused before anything else is looked at, and stays.
+// A target that is not null is refused before anything else is checked, and does not change.
 template<class Out, class... Arguments>
 void expectGuard(const char *name, uint32_t (*function)(Out **, Arguments...))
 {
@@ -133,7 +133,7 @@ void expectGuards()
     expectGuard("getServerIp", getServerIp);
 }
 
-// A function that reads a document, with a target of its own that has to stay null.
+// A function that reads a document, with its own target, which must stay null.
 struct Reader
 {
     const char *name;
@@ -260,7 +260,7 @@ void expectFrees()
     expectFree(freeZone, freeZonesArray);
 }
 
-// A list that is not there: the code, and both targets as they were.
+// An array that is not returned: the code, and both targets unchanged.
 template<class Flat, class... Keys>
 void expectNoList(const char *name, uint32_t code, uint32_t (*function)(Flat **, uint32_t *, Keys...), Keys... keys)
 {
@@ -453,7 +453,7 @@ int remember(sqlite3 *opened, char **, const sqlite3_api_routines *)
     return SQLITE_OK;
 }
 
-// Launches and gives the library's connection; null where Qt was built with an SQLite of its own.
+// Launches and returns the library's connection; null if Qt was built with its own SQLite.
 sqlite3 *connectionOf(std::unique_ptr<Library> &library)
 {
     using Entry = void (*)();
@@ -504,7 +504,7 @@ TEST_F(WithoutLaunch, ATargetThatIsNotNullIsRefused)
     EXPECT_TRUE(lines.all().empty());
 }
 
-TEST_F(WithoutLaunch, BothTargetsOfTheSiteTextsAreLookedAt)
+TEST_F(WithoutLaunch, BothTargetsOfTheSiteTextsAreChecked)
 {
     uint16_t held = 0;
     uint16_t *null = nullptr;
@@ -655,7 +655,7 @@ TEST_F(Conventions, AKeyAndAValueEndAtTheirCounts)
     EXPECT_EQ(users.size(), 1u);
 }
 
-TEST_F(Conventions, AZeroUnitEndsNoText)
+TEST_F(Conventions, ANulTerminatorEndsNoText)
 {
     const std::u16string address(u"a\0b", 3);
     ASSERT_EQ(setServerIp(units(address), length(address)), 0u);
@@ -666,7 +666,7 @@ TEST_F(Conventions, AZeroUnitEndsNoText)
     EXPECT_EQ(std::u16string(reinterpret_cast<const char16_t *>(stored), 4), std::u16string(u"a\0b\0", 4));
 }
 
-TEST_F(Conventions, AZeroUnitInsideATextComesOut)
+TEST_F(Conventions, ANulInsideATextIsReturned)
 {
     ASSERT_EQ(send(addUsers, R"({"D":{"items":[{"id":7,"name":"a\u0000b"}]}})"), 0u);
     const Answer<FlatUser> user = get(getUser, 7);
@@ -776,7 +776,7 @@ TEST_F(Conventions, ARecordIsNoLongerTheStores)
     EXPECT_EQ(utf8(get(getUser, 7)->name), "b");
 }
 
-TEST_F(Conventions, AnUpdateGivesTheRowAsStored)
+TEST_F(Conventions, AnUpdateReturnsTheRowAsStored)
 {
     ASSERT_EQ(send(addUsers, R"({"D":{"items":[{"id":7,"name":"a","login":"l"}]}})"), 0u);
     const Answer<FlatUser> user = update(updateUser, R"({"D":{"id":7,"name":"b"}})");
@@ -1329,7 +1329,7 @@ TEST_F(Conventions, NoCallLeavesATransactionOpen)
 {
     sqlite3 *opened = connectionOf(library);
     if (!opened)
-        GTEST_SKIP() << "Qt brings an SQLite of its own";
+        GTEST_SKIP() << "Qt contains its own SQLite";
     EXPECT_NE(sqlite3_get_autocommit(opened), 0) << "launch";
     for (const std::vector<Call> &calls : {writes(), lists(), singles(1), singles(7), removals()})
         for (const Call &call : calls) {

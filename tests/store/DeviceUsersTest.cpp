@@ -182,7 +182,7 @@ TEST_F(DeviceUsers, ZerosAreNumbersLikeOthers)
 
 // ---- Writing links ----
 
-TEST_F(DeviceUsers, ANumberThatComesTwiceGivesOneLink)
+TEST_F(DeviceUsers, ANumberThatComesTwiceReturnsOneLink)
 {
     ASSERT_EQ(add(R"({"user_index":4,"sections":[1,1,2]})"), 0u);
     EXPECT_EQ(links(), (Rows{Row{"10", "4", "1"}, Row{"10", "4", "2"}}));
@@ -236,7 +236,7 @@ TEST_F(DeviceUsers, LinksOfSeveralUsersStayApart)
 
 // ---- Documents that are refused ----
 
-TEST_F(DeviceUsers, AMissingNumberAnswers5)
+TEST_F(DeviceUsers, AMissingNumberReturns5)
 {
     EXPECT_EQ(add(R"({"name":"x"})"), 5u);
     EXPECT_EQ(add(R"({"id":4})"), 5u);
@@ -245,14 +245,14 @@ TEST_F(DeviceUsers, AMissingNumberAnswers5)
     EXPECT_EQ(users(), Rows{});
 }
 
-TEST_F(DeviceUsers, ANumberOfAWrongTypeAnswers5)
+TEST_F(DeviceUsers, ANumberOfAWrongTypeReturns5)
 {
     for (const char *wrong : {R"("4")", "null", "true", "[4]", "{}"})
         EXPECT_EQ(add(std::string(R"({"user_index":)") + wrong + "}"), 5u) << wrong;
     EXPECT_EQ(file.number("SELECT COUNT(*) FROM Devices"), 0);
 }
 
-TEST_F(DeviceUsers, ATextOfAWrongTypeAnswers5)
+TEST_F(DeviceUsers, ATextOfAWrongTypeReturns5)
 {
     for (const char *key : {"name", "comment", "phone"})
         for (const char *wrong : {"123", "null", "true", R"(["x"])", "{}"})
@@ -268,7 +268,7 @@ TEST_F(DeviceUsers, SectionsOfAWrongTypeReadAsEmpty)
     EXPECT_EQ(links(), Rows{});
 }
 
-TEST_F(DeviceUsers, ASectionThatIsNoNumberAnswers5)
+TEST_F(DeviceUsers, ASectionThatIsNoNumberReturns5)
 {
     for (const char *wrong : {R"("1")", "null", "true", "[1]", R"({"id":1})"})
         EXPECT_EQ(add(std::string(R"({"user_index":4,"sections":[1,)") + wrong + ",2]}"), 5u) << wrong;
@@ -279,7 +279,7 @@ TEST_F(DeviceUsers, ASectionThatIsNoNumberAnswers5)
 
 // ---- Reading ----
 
-TEST_F(DeviceUsers, GetGivesEveryField)
+TEST_F(DeviceUsers, GetReturnsEveryField)
 {
     ASSERT_EQ(add(R"({"user_index":4,"name":"c","comment":"d","phone":"123","sections":[1,2]})"), 0u);
     const auto device = get(getDevice, 10);
@@ -292,7 +292,7 @@ TEST_F(DeviceUsers, GetGivesEveryField)
     EXPECT_EQ(sections(&device->users[0]), (Numbers{1, 2}));
 }
 
-TEST_F(DeviceUsers, GetGivesNullForEveryAbsentField)
+TEST_F(DeviceUsers, GetReturnsNullForEveryAbsentField)
 {
     ASSERT_EQ(add(R"({"user_index":4})"), 0u);
     const auto device = get(getDevice, 10);
@@ -306,7 +306,7 @@ TEST_F(DeviceUsers, GetGivesNullForEveryAbsentField)
     EXPECT_EQ(device->users[0].sectionsCount, 0u);
 }
 
-TEST_F(DeviceUsers, EveryReadOfADeviceGivesThem)
+TEST_F(DeviceUsers, EveryReadOfADeviceReturnsThem)
 {
     ASSERT_EQ(add(R"({"user_index":4,"sections":[1,2]})"), 0u);
     const auto devices = list(getDevices);
@@ -332,7 +332,7 @@ TEST_F(DeviceUsers, ALinkWithoutItsUserIsNotSeen)
 
 // ---- Failures ----
 
-TEST_F(DeviceUsers, ReadsAnswer7WhenUsersCannotBeRead)
+TEST_F(DeviceUsers, ReadsReturn7WhenUsersCannotBeRead)
 {
     ASSERT_EQ(send(addDevices, R"({"D":{"items":[{"id":10,"users":[{"user_index":4}]},{"id":11}]}})"), 0u);
     foreign("DROP TABLE DeviceUsers");
@@ -347,7 +347,7 @@ TEST_F(DeviceUsers, ReadsAnswer7WhenUsersCannotBeRead)
     EXPECT_TRUE(isFailure(lines.all(), "get device users error"));
 }
 
-TEST_F(DeviceUsers, ReadsAnswer7WhenLinksCannotBeRead)
+TEST_F(DeviceUsers, ReadsReturn7WhenLinksCannotBeRead)
 {
     ASSERT_EQ(add(R"({"user_index":4},{"user_index":5})"), 0u);
     foreign("DROP TABLE DeviceUserSectionLinks");

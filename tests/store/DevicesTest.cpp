@@ -130,7 +130,7 @@ TEST_F(Devices, AddKeepsZerosApartFromAbsentFields)
     EXPECT_EQ(value(device->clusterId), 0u);
 }
 
-TEST_F(Devices, AddCarriesTheGreatestNumbers)
+TEST_F(Devices, AddStoresTheGreatestNumbers)
 {
     ASSERT_EQ(add(R"({"id":4294967295,"account":4294967295,"domain":4294967294,"config_version":4294967293,
                       "cluster_id":4294967292})"),
@@ -280,7 +280,7 @@ TEST_F(Devices, TwoDevicesMayUseTheSameNumbers)
     EXPECT_EQ(utf8(section(get(getDevice, 11).record.get(), 1)->name), "y");
 }
 
-TEST_F(Devices, AZoneNumberThatComesTwiceStandsUnderTheLaterSection)
+TEST_F(Devices, AZoneIdThatComesTwiceBelongsToTheLaterSection)
 {
     ASSERT_EQ(add(R"({"id":10,"sections":[{"id":1,"zones":[{"id":5,"name":"first","arm":1}]},
                       {"id":2,"zones":[{"id":5,"name":"second"}]}]})"),
@@ -388,7 +388,7 @@ TEST_F(Devices, AddWritesNoRowBeyondThoseOfTheDocument)
 
 // ---- Documents that are refused ----
 
-TEST_F(Devices, ABrokenTextAnswers10)
+TEST_F(Devices, ABrokenTextReturns10)
 {
     for (const char *text : {"", "not json", "[1,2]", "5", R"("D")", R"({"D":{"id":1})"}) {
         EXPECT_EQ(send(addDevice, text), 10u) << text;
@@ -398,7 +398,7 @@ TEST_F(Devices, ABrokenTextAnswers10)
     EXPECT_EQ(file.number("SELECT COUNT(*) FROM Devices"), 0);
 }
 
-TEST_F(Devices, AMissingEnvelopeAnswers5)
+TEST_F(Devices, AMissingEnvelopeReturns5)
 {
     for (const char *text : {"{}", R"({"id":1})", R"({"items":[{"id":1}]})", R"({"D":[{"id":1}]})", R"({"D":null})",
                              R"({"d":{"id":1}})"}) {
@@ -409,12 +409,12 @@ TEST_F(Devices, AMissingEnvelopeAnswers5)
     EXPECT_EQ(file.number("SELECT COUNT(*) FROM Devices"), 0);
 }
 
-TEST_F(Devices, ABatchWithoutElementsAnswers10)
+TEST_F(Devices, ABatchWithoutElementsReturns10)
 {
     EXPECT_EQ(send(addDevices, R"({"D":{"items":[]}})"), 10u);
 }
 
-TEST_F(Devices, ABatchWithoutItemsAnswers5)
+TEST_F(Devices, ABatchWithoutItemsReturns5)
 {
     EXPECT_EQ(send(addDevices, R"({"D":{}})"), 5u);
     EXPECT_EQ(send(addDevices, R"({"D":{"id":1}})"), 5u);
@@ -436,14 +436,14 @@ TEST_F(Devices, ABadElementRefusesTheWholeBatch)
     EXPECT_EQ(file.number("SELECT COUNT(*) FROM Devices"), 0);
 }
 
-TEST_F(Devices, AMissingIdAnswers5)
+TEST_F(Devices, AMissingIdReturns5)
 {
     EXPECT_EQ(add(R"({"account":1})"), 5u);
     EXPECT_EQ(add(R"({"device":1,"section":1,"zone":1})"), 5u);
     EXPECT_EQ(update(updateDeviceFw, R"({"D":{"config_version":1}})").code, 5u);
 }
 
-TEST_F(Devices, AnIdOfAWrongTypeAnswers5)
+TEST_F(Devices, AnIdOfAWrongTypeReturns5)
 {
     for (const char *wrong : {R"("1")", "null", "true", "[1]", "{}"}) {
         const std::string device = std::string(R"({"id":)") + wrong + "}";
@@ -454,7 +454,7 @@ TEST_F(Devices, AnIdOfAWrongTypeAnswers5)
     EXPECT_EQ(file.number("SELECT COUNT(*) FROM Devices"), 0);
 }
 
-TEST_F(Devices, ANumberOfAWrongTypeAnswers5)
+TEST_F(Devices, ANumberOfAWrongTypeReturns5)
 {
     ASSERT_EQ(add(R"({"id":1,"config_version":4})"), 0u);
     const std::vector<Rows> before = equipment();
@@ -468,7 +468,7 @@ TEST_F(Devices, ANumberOfAWrongTypeAnswers5)
     EXPECT_EQ(equipment(), before);
 }
 
-TEST_F(Devices, PartedOfAWrongTypeAnswers5)
+TEST_F(Devices, PartedOfAWrongTypeReturns5)
 {
     for (const char *wrong : {R"("1")", R"("true")", "null", "[]", "{}"}) {
         const std::string device = std::string(R"({"id":1,"parted":)") + wrong + "}";
@@ -491,7 +491,7 @@ TEST_F(Devices, ArraysOfAWrongTypeReadAsEmpty)
     EXPECT_EQ(file.number("SELECT COUNT(*) FROM DeviceUsers"), 0);
 }
 
-TEST_F(Devices, AnElementThatIsNoObjectAnswers5)
+TEST_F(Devices, AnElementThatIsNoObjectReturns5)
 {
     for (const char *wrong : {"1", R"("1")", "null", "true", "[]"}) {
         const std::string element(wrong);
@@ -503,7 +503,7 @@ TEST_F(Devices, AnElementThatIsNoObjectAnswers5)
     EXPECT_EQ(equipment(), std::vector<Rows>(5));
 }
 
-TEST_F(Devices, AnElementThatDoesNotPassAnswers5)
+TEST_F(Devices, AnElementThatDoesNotPassReturns5)
 {
     for (const char *children :
          {R"("sections":[{"id":1},{"name":"x"}])", R"("sections":[{"id":1,"name":5}])",
@@ -518,7 +518,7 @@ TEST_F(Devices, AnElementThatDoesNotPassAnswers5)
     EXPECT_EQ(equipment(), std::vector<Rows>(5));
 }
 
-TEST_F(Devices, AFieldOfAWrongTypeInASectionOrAZoneAnswers5)
+TEST_F(Devices, AFieldOfAWrongTypeInASectionOrAZoneReturns5)
 {
     for (const char *key :
          {"name", "schedule_id", "tracert", "flags", "detector", "arm", "physic", "form", "delay", "uid_type"})
@@ -679,8 +679,8 @@ TEST_F(Devices, AddIsUndoneWhenItsLinksCannotBeReadBack)
     EXPECT_EQ(file.number("SELECT COUNT(*) FROM DeviceUsers"), 0);
 }
 
-// The failure of a section's zones is not looked at, yet its rollback has undone the write.
-TEST_F(Devices, AddAnswers0AndIsUndoneWhenItsZonesCannotBeReadBack)
+// The failure to read a section's zones is ignored, but its rollback has undone the write.
+TEST_F(Devices, AddReturns0AndIsUndoneWhenItsZonesCannotBeReadBack)
 {
     foreign("DROP TABLE Zones");
     DebugLines lines;
@@ -690,7 +690,7 @@ TEST_F(Devices, AddAnswers0AndIsUndoneWhenItsZonesCannotBeReadBack)
     EXPECT_EQ(file.number("SELECT COUNT(*) FROM Sections"), 0);
 }
 
-TEST_F(Devices, AddAnswers8WhenTheDeviceIsGoneAtTheReadBack)
+TEST_F(Devices, AddReturns8WhenTheDeviceIsGoneAtTheReadBack)
 {
     foreign("CREATE TRIGGER Gone AFTER INSERT ON Devices BEGIN DELETE FROM Devices; END");
     DebugLines lines;
@@ -702,7 +702,7 @@ TEST_F(Devices, AddAnswers8WhenTheDeviceIsGoneAtTheReadBack)
 
 // ---- Reading ----
 
-TEST_F(Devices, GetGivesEveryField)
+TEST_F(Devices, GetReturnsEveryField)
 {
     ASSERT_EQ(send(addLocales, R"({"D":{"items":[{"id":2,"iso":"en","description":"English"}]}})"), 0u);
     ASSERT_EQ(send(addDomains, R"({"D":{"items":[{"id":3,"name":"north","org_id":8,"locale_id":2}]}})"), 0u);
@@ -725,7 +725,7 @@ TEST_F(Devices, GetGivesEveryField)
     EXPECT_EQ(utf8(device->domain->locale->description), "English");
 }
 
-TEST_F(Devices, GetGivesNullForEveryAbsentField)
+TEST_F(Devices, GetReturnsNullForEveryAbsentField)
 {
     ASSERT_EQ(add(R"({"id":10})"), 0u);
     const auto device = get(getDevice, 10);
@@ -743,7 +743,7 @@ TEST_F(Devices, GetGivesNullForEveryAbsentField)
     EXPECT_EQ(device->domainId, nullptr);
 }
 
-TEST_F(Devices, GetGivesTheWholeTree)
+TEST_F(Devices, GetReturnsTheWholeTree)
 {
     ASSERT_EQ(add(tree), 0u);
     const auto device = get(getDevice, 10);
@@ -770,7 +770,7 @@ TEST_F(Devices, GetGivesTheWholeTree)
     EXPECT_EQ(user(device.record.get(), 3)->sectionsCount, 1u);
 }
 
-TEST_F(Devices, GetGivesEveryFieldOfSectionsAndZones)
+TEST_F(Devices, GetReturnsEveryFieldOfSectionsAndZones)
 {
     ASSERT_EQ(add(R"({"id":10,"sections":[{"id":1,"name":"a","schedule_id":2,"tracert":3,"flags":4,"detector":5,
                       "arm":6,"physic":7,"form":8,"delay":9,"uid_type":11,"zones":[{"id":5,"name":"b","detector":12,
@@ -837,7 +837,7 @@ TEST_F(Devices, ALocaleThatIsNotThereLeavesTheDomainWithoutOne)
     EXPECT_EQ(device->domain->locale, nullptr);
 }
 
-TEST_F(Devices, GetAnswers8ForAnUnknownId)
+TEST_F(Devices, GetReturns8ForAnUnknownId)
 {
     ASSERT_EQ(add(R"({"id":1})"), 0u);
     DebugLines lines;
@@ -847,7 +847,7 @@ TEST_F(Devices, GetAnswers8ForAnUnknownId)
     EXPECT_EQ(lines.all(), Lines{});
 }
 
-TEST_F(Devices, ListGivesEveryDeviceWithItsOwnChildren)
+TEST_F(Devices, ListReturnsEveryDeviceWithItsOwnChildren)
 {
     ASSERT_EQ(send(addDomains, R"({"D":{"items":[{"id":3,"name":"north"}]}})"), 0u);
     ASSERT_EQ(send(addDevices, batch(std::string(tree) + R"(,{"id":11,"domain":3,"sections":[{"id":1,"name":"z",
@@ -872,7 +872,7 @@ TEST_F(Devices, ListGivesEveryDeviceWithItsOwnChildren)
     EXPECT_EQ(devices.withId(12)->domain, nullptr);
 }
 
-TEST_F(Devices, ListAnswers8WithoutDevicesAndTouchesNothing)
+TEST_F(Devices, ListReturns8WithoutDevicesAndTouchesNothing)
 {
     FlatDevice *devices = nullptr;
     uint32_t count = 77;
@@ -912,7 +912,7 @@ TEST_F(Devices, ListByFieldRefusesEveryOtherKeyWithoutTheStore)
     EXPECT_EQ(lines.all(), Lines{});
 }
 
-TEST_F(Devices, ListByFieldGivesEveryMatchWithItsChildren)
+TEST_F(Devices, ListByFieldReturnsEveryMatchWithItsChildren)
 {
     ASSERT_EQ(send(addDomains, R"({"D":{"items":[{"id":3,"name":"north"}]}})"), 0u);
     ASSERT_EQ(send(addDevices, batch(R"({"id":1,"domain":3,"sections":[{"id":1,"zones":[{"id":5}]}],
@@ -947,7 +947,7 @@ TEST_F(Devices, ListByPartedComparesWithTheStoredNumber)
     EXPECT_EQ(listBy(getDevicesWithParams, "parted", "true").code, 8u);
 }
 
-TEST_F(Devices, ListByFieldAnswers8WithoutAMatch)
+TEST_F(Devices, ListByFieldReturns8WithoutAMatch)
 {
     ASSERT_EQ(add(R"({"id":1,"account":5})"), 0u);
     DebugLines lines;
@@ -977,7 +977,7 @@ TEST_F(Devices, ATargetThatIsNotNullIsRefusedFirst)
 
 // ---- Reads that fail ----
 
-TEST_F(Devices, ReadsAnswer7WhenTheDeviceCannotBeRead)
+TEST_F(Devices, ReadsReturn7WhenTheDeviceCannotBeRead)
 {
     ASSERT_EQ(add(tree), 0u);
     for (const char *table : {"Locales", "Domains", "Devices"}) {
@@ -1007,7 +1007,7 @@ TEST_F(Devices, AFailedReadLeavesTheTargets)
     EXPECT_EQ(count, 77u);
 }
 
-TEST_F(Devices, ReadsAnswer7WhenSectionsCannotBeRead)
+TEST_F(Devices, ReadsReturn7WhenSectionsCannotBeRead)
 {
     ASSERT_EQ(send(addDevices, batch(std::string(tree) + R"(,{"id":11,"account":1234})")), 0u);
     foreign("DROP TABLE Sections");
@@ -1022,7 +1022,7 @@ TEST_F(Devices, ReadsAnswer7WhenSectionsCannotBeRead)
     EXPECT_TRUE(isFailure(lines.all(), "get sections for device error"));
 }
 
-TEST_F(Devices, ReadsAnswer0WithEmptySectionsWhenZonesCannotBeRead)
+TEST_F(Devices, ReadsReturn0WithEmptySectionsWhenZonesCannotBeRead)
 {
     ASSERT_EQ(add(tree), 0u);
     foreign("DROP TABLE Zones");
@@ -1064,7 +1064,7 @@ TEST_F(Devices, UpdateFwChangesTheConfigVersionAlone)
               (Rows{Row{"1", "5", "3", "8", "1", "2"}, Row{"2", {}, {}, "7", {}, {}}}));
 }
 
-TEST_F(Devices, UpdateFwGivesTheStoredDeviceWithItsTree)
+TEST_F(Devices, UpdateFwReturnsTheStoredDeviceWithItsTree)
 {
     ASSERT_EQ(send(addDomains, R"({"D":{"items":[{"id":3,"name":"north"}]}})"), 0u);
     ASSERT_EQ(add(tree), 0u);
@@ -1104,7 +1104,7 @@ TEST_F(Devices, UpdateFwIgnoresEverythingElse)
     EXPECT_EQ(equipment(), expected);
 }
 
-TEST_F(Devices, UpdateFwOfAnUnknownIdAnswers8AndWritesNoRow)
+TEST_F(Devices, UpdateFwOfAnUnknownIdReturns8AndWritesNoRow)
 {
     ASSERT_EQ(add(R"({"id":1,"config_version":7})"), 0u);
     DebugLines lines;
@@ -1115,7 +1115,7 @@ TEST_F(Devices, UpdateFwOfAnUnknownIdAnswers8AndWritesNoRow)
     EXPECT_EQ(file.rows("SELECT DevicesId, DevicesConfigVersion FROM Devices"), (Rows{Row{"1", "7"}}));
 }
 
-TEST_F(Devices, UpdateFwAnswers9WhenTheStatementFails)
+TEST_F(Devices, UpdateFwReturns9WhenTheStatementFails)
 {
     ASSERT_EQ(add(R"({"id":1,"config_version":7})"), 0u);
     refuse("UPDATE", "Devices");
@@ -1127,7 +1127,7 @@ TEST_F(Devices, UpdateFwAnswers9WhenTheStatementFails)
     EXPECT_EQ(file.number("SELECT DevicesConfigVersion FROM Devices"), 7);
 }
 
-TEST_F(Devices, UpdateFwAnswers9WithoutTheTable)
+TEST_F(Devices, UpdateFwReturns9WithoutTheTable)
 {
     foreign("DROP TABLE Devices");
     DebugLines lines;
@@ -1153,7 +1153,7 @@ TEST_F(Devices, UpdateFwIsUndoneWhenTheReadBackFails)
     }
 }
 
-TEST_F(Devices, UpdateFwAnswers0AndIsUndoneWhenZonesCannotBeRead)
+TEST_F(Devices, UpdateFwReturns0AndIsUndoneWhenZonesCannotBeRead)
 {
     ASSERT_EQ(add(R"({"id":1,"config_version":7,"sections":[{"id":1}]})"), 0u);
     foreign("DROP TABLE Zones");
@@ -1166,7 +1166,7 @@ TEST_F(Devices, UpdateFwAnswers0AndIsUndoneWhenZonesCannotBeRead)
     EXPECT_EQ(file.number("SELECT DevicesConfigVersion FROM Devices"), 7);
 }
 
-TEST_F(Devices, UpdateSectionAnswers0AndIsUndoneWhenZonesCannotBeRead)
+TEST_F(Devices, UpdateSectionReturns0AndIsUndoneWhenZonesCannotBeRead)
 {
     ASSERT_EQ(add(R"({"id":1,"sections":[{"id":1,"name":"old"}]})"), 0u);
     foreign("DROP TABLE Zones");
@@ -1227,7 +1227,7 @@ FlatDevice *fullDevice()
     return device;
 }
 
-// What stands before the sections is gone, what stands behind the users is not.
+// What was written before the sections is undone, what follows the users is not.
 void expectReleasedUpToTheLists(const FlatDevice *device)
 {
     EXPECT_EQ(device->account, nullptr);

@@ -1,5 +1,5 @@
-// Domains through the exported functions: batches that replace, updates that merge, removal, reads with the locale
-// joined in, queries by a field, and what each of them leaves behind when a statement fails.
+// Domains through the exported functions: batches that replace, updates that keep absent members, deletes, reads
+// with the joined locale, queries by a field, and the store after each of them fails.
 #include "Store.h"
 
 #ifdef __GLIBC__
@@ -10,7 +10,7 @@ using namespace brimlet::test;
 
 namespace {
 
-// Every field, each with a value of its own.
+// Every field, each with a different value.
 const char *const North = R"({"id":3,"name":"North","org_id":2,"locale_id":1})";
 
 class Domains : public StoreTest
@@ -20,7 +20,7 @@ protected:
 
     void addEnglish() { EXPECT_EQ(send(addLocales, batch(R"({"id":1,"iso":"en","description":"English"})")), 0u); }
 
-    // A domain's columns behind the id, in the order of the table.
+    // A domain's columns after the id, in the order of the table.
     Row stored(const std::string &id) const
     {
         const std::vector<Row> found =
@@ -210,7 +210,7 @@ std::string withWrong(const char *key, const char *value)
     return "{" + id + "\"" + key + "\":" + value + "}";
 }
 
-TEST_F(Domains, AddAnswers5ForAWrongTypeUnderAnyKey)
+TEST_F(Domains, AddReturns5ForAWrongTypeUnderAnyKey)
 {
     const DebugLines lines;
     for (const Wrong &wrong : WrongTypes)
@@ -222,7 +222,7 @@ TEST_F(Domains, AddAnswers5ForAWrongTypeUnderAnyKey)
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_F(Domains, UpdateAnswers5ForAWrongTypeUnderAnyKey)
+TEST_F(Domains, UpdateReturns5ForAWrongTypeUnderAnyKey)
 {
     EXPECT_EQ(add(North), 0u);
     const DebugLines lines;
@@ -248,7 +248,7 @@ TEST_F(Domains, ABatchWithOneBadElementStoresNothing)
     }
 }
 
-TEST_F(Domains, AddAnswersForBrokenDocuments)
+TEST_F(Domains, AddRefusesBrokenDocuments)
 {
     const std::vector<std::pair<const char *, uint32_t>> cases{
         {"", 10},
@@ -274,7 +274,7 @@ TEST_F(Domains, AddAnswersForBrokenDocuments)
     EXPECT_EQ(count(), 0);
 }
 
-TEST_F(Domains, UpdateAnswersForBrokenDocuments)
+TEST_F(Domains, UpdateRefusesBrokenDocuments)
 {
     const std::vector<std::pair<const char *, uint32_t>> cases{
         {"", 10},
@@ -299,7 +299,7 @@ TEST_F(Domains, UpdateAnswersForBrokenDocuments)
     EXPECT_EQ(count(), 0);
 }
 
-TEST_F(Domains, DeleteAnswersForBrokenDocuments)
+TEST_F(Domains, DeleteRefusesBrokenDocuments)
 {
     EXPECT_EQ(add(R"({"id":0},{"id":3})"), 0u);
     const std::vector<std::pair<const char *, uint32_t>> cases{
@@ -323,7 +323,7 @@ TEST_F(Domains, DeleteAnswersForBrokenDocuments)
     EXPECT_EQ(count(), 2);
 }
 
-TEST_F(Domains, ANullTextAnswers10)
+TEST_F(Domains, ANullTextReturns10)
 {
     FlatDomain *domain = nullptr;
     EXPECT_EQ(addDomains(nullptr, 0), 10u);
@@ -334,7 +334,7 @@ TEST_F(Domains, ANullTextAnswers10)
 
 // ---- Reading ----
 
-TEST_F(Domains, GetGivesEveryField)
+TEST_F(Domains, GetReturnsEveryField)
 {
     addEnglish();
     EXPECT_EQ(add(North), 0u);
@@ -349,7 +349,7 @@ TEST_F(Domains, GetGivesEveryField)
     EXPECT_EQ(utf8(domain->locale->description), "English");
 }
 
-TEST_F(Domains, GetGivesNullForEveryAbsentField)
+TEST_F(Domains, GetReturnsNullForEveryAbsentField)
 {
     EXPECT_EQ(add(R"({"id":3})"), 0u);
     const auto domain = get(getDomain, 3);
@@ -368,7 +368,7 @@ TEST_F(Domains, TheOrganizationIsANumberWithNothingJoined)
     EXPECT_EQ(value(domain->orgId), 4294967295u);
 }
 
-TEST_F(Domains, GetAnswers8ForAnUnknownIdAndLogsNothing)
+TEST_F(Domains, GetReturns8ForAnUnknownIdAndLogsNothing)
 {
     EXPECT_EQ(add(North), 0u);
     const DebugLines lines;
@@ -420,7 +420,7 @@ TEST_F(Domains, ADomainWithoutALocaleIdHasNoLocale)
     EXPECT_EQ(domain->locale, nullptr);
 }
 
-TEST_F(Domains, EachDomainOfAListCarriesItsOwnLocale)
+TEST_F(Domains, EachDomainOfAnArrayHasItsOwnLocale)
 {
     EXPECT_EQ(send(addLocales, batch(R"({"id":1,"iso":"en"},{"id":2,"description":"Deutsch"})")), 0u);
     EXPECT_EQ(add(R"({"id":1,"name":"a","locale_id":1},{"id":2,"org_id":5,"locale_id":2},{"id":3,"name":"c"},)"
@@ -448,7 +448,7 @@ TEST_F(Domains, EachDomainOfAListCarriesItsOwnLocale)
     EXPECT_EQ(domains.withId(4)->locale, nullptr);
 }
 
-TEST_F(Domains, ListOfAnEmptyTableAnswers8AndLeavesTheOutputs)
+TEST_F(Domains, ListOfAnEmptyTableReturns8AndLeavesTheOutputs)
 {
     const DebugLines lines;
     FlatDomain *domains = nullptr;
@@ -486,7 +486,7 @@ TEST_F(Domains, EveryKeyFindsByItsOwnColumn)
     }
 }
 
-TEST_F(Domains, EveryKeyAnswers8ForAValueThatNoRowHas)
+TEST_F(Domains, EveryKeyReturns8ForAValueThatNoRowHas)
 {
     EXPECT_EQ(add(std::string(North) + R"(,{"id":4})"), 0u);
     const DebugLines lines;
@@ -500,7 +500,7 @@ TEST_F(Domains, EveryKeyAnswers8ForAValueThatNoRowHas)
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_F(Domains, AnyOtherKeyAnswers10)
+TEST_F(Domains, AnyOtherKeyReturns10)
 {
     EXPECT_EQ(add(North), 0u);
     const DebugLines lines;
@@ -541,7 +541,7 @@ TEST_F(Domains, AnEmptyNameIsFoundAndAnAbsentOneIsNot)
 
 // ---- Updating ----
 
-TEST_F(Domains, UpdateOfANewIdMakesTheRowAndGivesItBack)
+TEST_F(Domains, UpdateOfANewIdInsertsTheRowAndReturnsIt)
 {
     addEnglish();
     const auto domain = update(updateDomain, one(North));
@@ -577,7 +577,7 @@ TEST_F(Domains, UpdateOfANewIdAloneMakesARowOfNothingElse)
     EXPECT_EQ(stored("3"), nothing);
 }
 
-TEST_F(Domains, UpdateOfAKnownIdAloneChangesNothingAndGivesTheStoredRow)
+TEST_F(Domains, UpdateOfAKnownIdAloneChangesNothingAndReturnsTheStoredRow)
 {
     addEnglish();
     EXPECT_EQ(add(North), 0u);
@@ -650,7 +650,7 @@ TEST_F(Domains, UpdateWithAnEmptyNameAndZerosOverwrites)
     EXPECT_EQ(column("typeof(DomainsName)"), "text");
 }
 
-TEST_F(Domains, UpdateToAnUnknownLocaleStoresItAndGivesNone)
+TEST_F(Domains, UpdateToAnUnknownLocaleStoresItAndReturnsNone)
 {
     addEnglish();
     EXPECT_EQ(add(North), 0u);
@@ -678,7 +678,7 @@ TEST_F(Domains, UpdateLeavesOtherRowsAlone)
     EXPECT_EQ(stored("4"), (Row{"South", "5", {}}));
 }
 
-TEST_F(Domains, UpdateKeepsTheRowWhereAddMakesANewOne)
+TEST_F(Domains, UpdateKeepsTheRowAndAddReplacesIt)
 {
     EXPECT_EQ(add(std::string(North) + R"(,{"id":4})"), 0u);
     const std::string rowOfNorth = "SELECT rowid FROM Domains WHERE DomainsId = 3";
@@ -707,7 +707,7 @@ TEST_F(Domains, UpdateAssignsTheIdToItself)
     EXPECT_EQ(update(updateDomain, R"({"D":{"id":3}})").code, 9u);
 }
 
-TEST_F(Domains, UpdateGivesWhatTheStoreHoldsAndNotWhatWasSent)
+TEST_F(Domains, UpdateReturnsWhatTheStoreHoldsAndNotWhatWasSent)
 {
     foreign("CREATE TRIGGER Rename AFTER INSERT ON Domains BEGIN UPDATE Domains SET DomainsName = 'stored'"
             " WHERE DomainsId = NEW.DomainsId; END");
@@ -716,7 +716,7 @@ TEST_F(Domains, UpdateGivesWhatTheStoreHoldsAndNotWhatWasSent)
     EXPECT_EQ(utf8(domain->name), "stored");
 }
 
-TEST_F(Domains, UpdateAnswers8WhenTheRowIsGoneAndStaysCommitted)
+TEST_F(Domains, UpdateReturns8WhenTheRowIsGoneAndStaysCommitted)
 {
     foreign("CREATE TRIGGER Gone AFTER INSERT ON Domains BEGIN DELETE FROM Domains WHERE DomainsId = NEW.DomainsId;"
             " INSERT INTO Locales(LocalesId) VALUES (99); END");
@@ -759,7 +759,7 @@ TEST_F(Domains, DeleteTakesTheOtherKeyThanAddAndUpdate)
     EXPECT_EQ(count(), 0);
 }
 
-TEST_F(Domains, DeleteAnswers8ForAnUnknownIdAndLogsNothing)
+TEST_F(Domains, DeleteReturns8ForAnUnknownIdAndLogsNothing)
 {
     EXPECT_EQ(add(North), 0u);
     refuse("DELETE", "Domains");
@@ -826,7 +826,7 @@ TEST_F(Domains, ARemovedOrganizationLeavesItsDomains)
 
 // ---- Failing statements ----
 
-TEST_F(Domains, AFailedAddAnswers9AndLogsFourLines)
+TEST_F(Domains, AFailedAddReturns9AndLogsFourLines)
 {
     refuse("INSERT", "Domains");
     const DebugLines lines;
@@ -864,7 +864,7 @@ TEST_F(Domains, AFailedAddLeavesNothingOfTheBatch)
     EXPECT_EQ(stored("3"), north);
 }
 
-TEST_F(Domains, AFailedUpdateAnswers9AndLogsFourLines)
+TEST_F(Domains, AFailedUpdateReturns9AndLogsFourLines)
 {
     EXPECT_EQ(add(North), 0u);
     refuse("UPDATE", "Domains");
@@ -876,7 +876,7 @@ TEST_F(Domains, AFailedUpdateAnswers9AndLogsFourLines)
     EXPECT_EQ(stored("3"), north);
 }
 
-TEST_F(Domains, AFailedUpdateOfANewIdAnswers9AndLogsFourLines)
+TEST_F(Domains, AFailedUpdateOfANewIdReturns9AndLogsFourLines)
 {
     refuse("INSERT", "Domains");
     const DebugLines lines;
@@ -907,7 +907,7 @@ TEST_F(Domains, AFailedReadBackUndoesTheUpdate)
     EXPECT_EQ(stored("3"), north);
 }
 
-TEST_F(Domains, AFailedGetAnswers7AndLogsFourLines)
+TEST_F(Domains, AFailedGetReturns7AndLogsFourLines)
 {
     EXPECT_EQ(add(North), 0u);
     for (const char *table : {"Domains", "Locales"}) {
@@ -923,7 +923,7 @@ TEST_F(Domains, AFailedGetAnswers7AndLogsFourLines)
     EXPECT_EQ(get(getDomain, 3).code, 0u);
 }
 
-TEST_F(Domains, AFailedListAnswers7AndLogsFourLines)
+TEST_F(Domains, AFailedListReturns7AndLogsFourLines)
 {
     EXPECT_EQ(add(North), 0u);
     for (const char *table : {"Domains", "Locales"}) {
@@ -941,7 +941,7 @@ TEST_F(Domains, AFailedListAnswers7AndLogsFourLines)
     EXPECT_EQ(list(getDomains).code, 0u);
 }
 
-TEST_F(Domains, AFailedQueryByAFieldAnswers7AndLogsFourLines)
+TEST_F(Domains, AFailedQueryByAFieldReturns7AndLogsFourLines)
 {
     EXPECT_EQ(add(North), 0u);
     for (const char *table : {"Domains", "Locales"}) {
@@ -959,7 +959,7 @@ TEST_F(Domains, AFailedQueryByAFieldAnswers7AndLogsFourLines)
     EXPECT_EQ(listBy(getDomainsWithParams, "name", "North").code, 0u);
 }
 
-TEST_F(Domains, AnUnknownKeyAnswers10BeforeTheStoreIsTouched)
+TEST_F(Domains, AnUnknownKeyReturns10BeforeTheStoreIsTouched)
 {
     foreign("DROP TABLE Domains");
     const DebugLines lines;
@@ -968,7 +968,7 @@ TEST_F(Domains, AnUnknownKeyAnswers10BeforeTheStoreIsTouched)
     EXPECT_EQ(listBy(getDomainsWithParams, "id", "3").code, 7u);
 }
 
-TEST_F(Domains, ADeleteThatCannotReadAnswers7AndDeletesNothing)
+TEST_F(Domains, ADeleteThatCannotReadReturns7AndDeletesNothing)
 {
     EXPECT_EQ(add(North), 0u);
     foreign("ALTER TABLE Locales RENAME TO Renamed");
@@ -978,7 +978,7 @@ TEST_F(Domains, ADeleteThatCannotReadAnswers7AndDeletesNothing)
     EXPECT_EQ(stored("3"), north);
 }
 
-TEST_F(Domains, AFailedDeleteAnswers9AndLogsFourLines)
+TEST_F(Domains, AFailedDeleteReturns9AndLogsFourLines)
 {
     EXPECT_EQ(add(North), 0u);
     refuse("DELETE", "Domains");
@@ -1016,7 +1016,7 @@ TEST_F(Domains, AFailedReadBackLeavesNoTransactionOpen)
 
 // ---- Guards ----
 
-TEST_F(Domains, ATargetThatIsNotNullAnswers10BeforeAnythingElse)
+TEST_F(Domains, ATargetThatIsNotNullReturns10BeforeAnythingElse)
 {
     foreign("DROP TABLE Domains");
     const DebugLines lines;
@@ -1045,7 +1045,7 @@ TEST_F(Domains, AnUpdateIntoATargetThatIsNotNullWritesNothing)
     EXPECT_EQ(stored("3"), north);
 }
 
-TEST_F(Domains, GuardsAndReadersAnswerWithoutALaunchedLibrary)
+TEST_F(Domains, GuardsAndReadersWorkWithoutALaunchedLibrary)
 {
     library.reset();
     FlatDomain occupied{};
@@ -1075,14 +1075,14 @@ FlatDomain filled()
     return {3, text(), block(2u), block(FlatLocale{1, text(), text()})};
 }
 
-TEST_F(Domains, FreeAnswers10ForNothing)
+TEST_F(Domains, FreeReturns10ForNothing)
 {
     EXPECT_EQ(freeDomain(nullptr), 10u);
     EXPECT_EQ(freeDomainsArray(nullptr, 0), 10u);
     EXPECT_EQ(freeDomainsArray(nullptr, 3), 10u);
 }
 
-TEST_F(Domains, FreeOfAnArrayWithoutACountAnswers10AndFreesNothing)
+TEST_F(Domains, FreeOfAnArrayWithoutACountReturns10AndFreesNothing)
 {
     addEnglish();
     EXPECT_EQ(add(North), 0u);
@@ -1117,7 +1117,7 @@ TEST_F(Domains, RecordsOutliveTheLibrary)
 }
 
 #ifdef __GLIBC__
-TEST_F(Domains, FreeGivesBackEveryBlockTheLocalesToo)
+TEST_F(Domains, FreeReleasesEveryBlockTheLocalesToo)
 {
     const size_t before = mallinfo2().uordblks;
     for (int round = 0; round < 1000; ++round)
@@ -1126,7 +1126,7 @@ TEST_F(Domains, FreeGivesBackEveryBlockTheLocalesToo)
     EXPECT_LT(mallinfo2().uordblks, before + 16000);
 }
 
-TEST_F(Domains, FreeOfAnArrayGivesBackEveryBlockOfEveryElement)
+TEST_F(Domains, FreeOfAnArrayReleasesEveryBlockOfEveryElement)
 {
     const uint32_t length = 500;
     const size_t before = mallinfo2().uordblks;

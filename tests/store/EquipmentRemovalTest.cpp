@@ -101,7 +101,7 @@ TEST_F(EquipmentRemoval, DeleteDeviceTakesChildrenThatHangOnNoSection)
     EXPECT_EQ(equipment(), std::vector<Rows>(5));
 }
 
-TEST_F(EquipmentRemoval, DeleteDeviceAnswers8ForAnUnknownId)
+TEST_F(EquipmentRemoval, DeleteDeviceReturns8ForAnUnknownId)
 {
     addTrees();
     const std::vector<Rows> before = equipment();
@@ -111,7 +111,7 @@ TEST_F(EquipmentRemoval, DeleteDeviceAnswers8ForAnUnknownId)
     EXPECT_EQ(equipment(), before);
 }
 
-TEST_F(EquipmentRemoval, DeleteDeviceAnswers8TheSecondTime)
+TEST_F(EquipmentRemoval, DeleteDeviceReturns8TheSecondTime)
 {
     addTrees();
     EXPECT_EQ(send(deleteDevice, R"({"D":{"id":10}})"), 0u);
@@ -186,7 +186,7 @@ TEST_F(EquipmentRemoval, DeleteSectionTellsDeviceAndSectionApart)
     EXPECT_EQ(file.rows("SELECT SectionsDeviceId, SectionsSectionId FROM Sections"), (Rows{Row{"1", "10"}}));
 }
 
-TEST_F(EquipmentRemoval, DeleteSectionAnswers8ForASectionOfAnotherDeviceOnly)
+TEST_F(EquipmentRemoval, DeleteSectionReturns8ForASectionOfAnotherDeviceOnly)
 {
     addTrees();
     ASSERT_EQ(send(addDevice, R"({"D":{"id":11,"sections":[{"id":3}]}})"), 0u);
@@ -270,7 +270,7 @@ TEST_F(EquipmentRemoval, DeleteZoneTellsItsThreeNumbersApart)
               (Rows{Row{"2", "3", "1"}, Row{"2", "1", "3"}, Row{"3", "2", "1"}}));
 }
 
-TEST_F(EquipmentRemoval, DeleteZoneUnderAWrongSectionAnswers8)
+TEST_F(EquipmentRemoval, DeleteZoneUnderAWrongSectionReturns8)
 {
     addTrees();
     const std::vector<Rows> before = equipment();
@@ -341,7 +341,7 @@ TEST_F(EquipmentRemoval, ClearingReachesEveryOrphan)
 
 // ---- Documents ----
 
-TEST_F(EquipmentRemoval, ABrokenTextAnswers10)
+TEST_F(EquipmentRemoval, ABrokenTextReturns10)
 {
     addTrees();
     const std::vector<Rows> before = equipment();
@@ -353,7 +353,7 @@ TEST_F(EquipmentRemoval, ABrokenTextAnswers10)
     EXPECT_EQ(equipment(), before);
 }
 
-TEST_F(EquipmentRemoval, AMissingEnvelopeAnswers5)
+TEST_F(EquipmentRemoval, AMissingEnvelopeReturns5)
 {
     addTrees();
     const std::vector<Rows> before = equipment();
@@ -366,7 +366,7 @@ TEST_F(EquipmentRemoval, AMissingEnvelopeAnswers5)
     EXPECT_EQ(equipment(), before);
 }
 
-TEST_F(EquipmentRemoval, AMissingKeyAnswers5)
+TEST_F(EquipmentRemoval, AMissingKeyReturns5)
 {
     addTrees();
     const std::vector<Rows> before = equipment();
@@ -440,32 +440,32 @@ TEST_F(EquipmentRemoval, OtherMembersAreIgnored)
 
 // ---- Failures ----
 
-TEST_F(EquipmentRemoval, DeleteDeviceIsUndoneWhereTheDeviceStays)
+TEST_F(EquipmentRemoval, DeleteDeviceIsUndoneIfTheDeviceStays)
 {
     expectDeviceStaysWhere("Devices", "delete device error");
 }
 
-TEST_F(EquipmentRemoval, DeleteDeviceIsUndoneWhereASectionStays)
+TEST_F(EquipmentRemoval, DeleteDeviceIsUndoneIfASectionStays)
 {
     expectDeviceStaysWhere("Sections", "delete sections for device error");
 }
 
-TEST_F(EquipmentRemoval, DeleteDeviceIsUndoneWhereAZoneStays)
+TEST_F(EquipmentRemoval, DeleteDeviceIsUndoneIfAZoneStays)
 {
     expectDeviceStaysWhere("Zones", "delete zones for device error");
 }
 
-TEST_F(EquipmentRemoval, DeleteDeviceIsUndoneWhereAUserStays)
+TEST_F(EquipmentRemoval, DeleteDeviceIsUndoneIfAUserStays)
 {
     expectDeviceStaysWhere("DeviceUsers", "delete DeviceUsers for device error");
 }
 
-TEST_F(EquipmentRemoval, DeleteDeviceIsUndoneWhereALinkStays)
+TEST_F(EquipmentRemoval, DeleteDeviceIsUndoneIfALinkStays)
 {
     expectDeviceStaysWhere("DeviceUserSectionLinks", "delete DeviceUserSectionLinks for device error");
 }
 
-TEST_F(EquipmentRemoval, DeleteDeviceAnswers7WhenTheTreeCannotBeRead)
+TEST_F(EquipmentRemoval, DeleteDeviceReturns7WhenTheTreeCannotBeRead)
 {
     addTrees();
     const std::pair<const char *, const char *> tables[] = {{"DeviceUserSectionLinks", "get device user links error"},
@@ -509,22 +509,22 @@ TEST_F(EquipmentRemoval, DeleteDeviceWithoutTheZonesTablePassesItsReadAndFails)
     EXPECT_EQ(file.number("SELECT COUNT(*) FROM DeviceUserSectionLinks"), 1);
 }
 
-TEST_F(EquipmentRemoval, DeleteSectionIsUndoneWhereTheSectionStays)
+TEST_F(EquipmentRemoval, DeleteSectionIsUndoneIfTheSectionStays)
 {
     expectSectionStaysWhere("Sections", "delete device section error");
 }
 
-TEST_F(EquipmentRemoval, DeleteSectionIsUndoneWhereAZoneStays)
+TEST_F(EquipmentRemoval, DeleteSectionIsUndoneIfAZoneStays)
 {
     expectSectionStaysWhere("Zones", "delete zones for device section error");
 }
 
-TEST_F(EquipmentRemoval, DeleteSectionIsUndoneWhereALinkStays)
+TEST_F(EquipmentRemoval, DeleteSectionIsUndoneIfALinkStays)
 {
     expectSectionStaysWhere("DeviceUserSectionLinks", "delete deviceUser-section link for device section error");
 }
 
-TEST_F(EquipmentRemoval, DeleteSectionAnswers7WhenTheSectionCannotBeRead)
+TEST_F(EquipmentRemoval, DeleteSectionReturns7WhenTheSectionCannotBeRead)
 {
     addTrees();
     foreign("DROP TABLE Sections");
@@ -559,7 +559,7 @@ TEST_F(EquipmentRemoval, DeleteSectionWithoutTheLinksTableFailsAtItsLastStep)
     EXPECT_EQ(file.number("SELECT COUNT(*) FROM Zones"), 6);
 }
 
-TEST_F(EquipmentRemoval, DeleteZoneAnswers7WhenTheZoneCannotBeRead)
+TEST_F(EquipmentRemoval, DeleteZoneReturns7WhenTheZoneCannotBeRead)
 {
     addTrees();
     foreign("DROP TABLE Zones");
@@ -568,7 +568,7 @@ TEST_F(EquipmentRemoval, DeleteZoneAnswers7WhenTheZoneCannotBeRead)
     EXPECT_TRUE(isFailure(lines.all(), "get zones for device section by id error"));
 }
 
-TEST_F(EquipmentRemoval, DeleteZoneAnswers9WhereTheZoneStays)
+TEST_F(EquipmentRemoval, DeleteZoneReturns9IfTheZoneStays)
 {
     addTrees();
     refuse("DELETE", "Zones");

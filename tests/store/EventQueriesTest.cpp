@@ -23,7 +23,7 @@ class EventQueries : public StoreTest
 protected:
     void addDevice10() { ASSERT_EQ(send(addDevice, R"({"D":{"id":10,"account":1234}})"), 0u); }
 
-    // Events may be of devices that are not there, so any answer of a write that went well will do.
+    // The devices of events may not exist, so accept any result of a successful write.
     void addEventList(const std::string &items)
     {
         const uint32_t code = listAdded(R"({"D":{"items":[)" + items + "]}}").code;
@@ -140,7 +140,7 @@ TEST_F(EventQueries, AMarkOtherThanOneIsNone)
     EXPECT_EQ(list(getAffectEvents).code, 8u);
 }
 
-TEST_F(EventQueries, WithoutMarkedEventsTheAnswerIs8)
+TEST_F(EventQueries, WithoutMarkedEventsTheResultIs8)
 {
     addDevice10();
     addEventList(R"({"id":1,"device":10,"affect":0},{"id":2,"device":10})");
@@ -153,7 +153,7 @@ TEST_F(EventQueries, WithoutMarkedEventsTheAnswerIs8)
 
 // ---- Both ----
 
-TEST_F(EventQueries, AnEmptyTableAnswers8)
+TEST_F(EventQueries, AnEmptyTableReturns8)
 {
     DebugLines lines;
     FlatEvent *out = nullptr;
@@ -389,7 +389,7 @@ TEST_F(EventQueries, TheDomainIsThatOfTheOperatorAndNotOfTheDevice)
     expectNames(std::nullopt, std::nullopt, "night");
 }
 
-TEST_F(EventQueries, AnOperatorWithoutADomainGivesNoName)
+TEST_F(EventQueries, AnOperatorWithoutADomainReturnsNoName)
 {
     addDevice10();
     ASSERT_EQ(send(addDomains, R"({"D":{"items":[{"id":30,"name":"night"},{"id":0,"name":"zero"}]}})"), 0u);
@@ -428,7 +428,7 @@ class EventQueriesTables : public EventQueries, public ::testing::WithParamInter
 {
 };
 
-TEST_P(EventQueriesTables, WithoutATableOfTheJoinTheAnswerIs7)
+TEST_P(EventQueriesTables, WithoutATableOfTheJoinTheResultIs7)
 {
     addDevice10();
     addEventList(R"({"id":1,"device":10,"time":1,"affect":1})");

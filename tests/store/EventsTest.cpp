@@ -158,7 +158,7 @@ TEST_F(Events, AFieldLeftOutIsStoredAsNull)
     EXPECT_EQ(file.rows(allEvents), Rows{bare});
 }
 
-TEST_F(Events, ABatchMayMixFullAndBareEvents)
+TEST_F(Events, ABatchMayMixFullAndMinimalEvents)
 {
     Row bare(18);
     bare[0] = "6";
@@ -271,7 +271,7 @@ TEST_F(Events, OtherKeysAreIgnored)
     EXPECT_EQ(event->sectionName, nullptr);
 }
 
-TEST_F(Events, TextsAreStoredAsTheyStand)
+TEST_F(Events, TextsAreStoredUnchanged)
 {
     const std::string text = "Тревога \xF0\x9F\x94\x94 " + std::string(300, 'x');
     const auto event = update(addEvent, one(R"({"id":5,"data":")" + text + R"(","jdata":"not json"})"));
@@ -322,9 +322,9 @@ TEST_F(Events, TheLastOfTwoEventsWithOneIdWinsInABatch)
     EXPECT_EQ(file.rows("SELECT EventsId,EventsTime,EventsData FROM Events"), (Rows{Row{"5", "2", std::nullopt}}));
 }
 
-// ---- What comes back ----
+// ---- Returned events ----
 
-TEST_F(Events, AddOneGivesEveryFieldAndTheNames)
+TEST_F(Events, AddOneReturnsEveryFieldAndTheNames)
 {
     addEquipment();
     const auto event = update(addEvent, one(fullEvent));
@@ -332,7 +332,7 @@ TEST_F(Events, AddOneGivesEveryFieldAndTheNames)
     expectFull(*event.record);
 }
 
-TEST_F(Events, AddManyGivesEveryFieldAndTheNames)
+TEST_F(Events, AddManyReturnsEveryFieldAndTheNames)
 {
     addEquipment();
     const auto events = listAdded(batch(fullEvent));
@@ -341,7 +341,7 @@ TEST_F(Events, AddManyGivesEveryFieldAndTheNames)
     expectFull(events[0]);
 }
 
-TEST_F(Events, AnAbsentFieldComesBackNull)
+TEST_F(Events, AnAbsentFieldIsReturnedAsNull)
 {
     const auto event = update(addEvent, R"({"D":{"id":5}})");
     ASSERT_EQ(event.code, 0u);
@@ -369,7 +369,7 @@ TEST_F(Events, AnAbsentFieldComesBackNull)
     EXPECT_EQ(event->domainName, nullptr);
 }
 
-TEST_F(Events, AnEventOfAnUnknownDeviceComesBackAloneAndWithoutNames)
+TEST_F(Events, AnEventOfAnUnknownDeviceIsReturnedAloneAndWithoutNames)
 {
     const auto event = update(addEvent, one(fullEvent));
     ASSERT_EQ(event.code, 0u);
@@ -383,7 +383,7 @@ TEST_F(Events, AnEventOfAnUnknownDeviceComesBackAloneAndWithoutNames)
     EXPECT_EQ(event->domainName, nullptr);
 }
 
-TEST_F(Events, ABatchOfUnknownDevicesAnswers8AndIsStored)
+TEST_F(Events, ABatchOfUnknownDevicesReturns8AndIsStored)
 {
     FlatEvent *out = nullptr;
     uint32_t count = 77;
@@ -395,7 +395,7 @@ TEST_F(Events, ABatchOfUnknownDevicesAnswers8AndIsStored)
     EXPECT_EQ(file.rows("SELECT EventsId FROM Events ORDER BY EventsId"), (Rows{Row{"5"}, Row{"6"}}));
 }
 
-TEST_F(Events, ABatchGivesTheEventsOfKnownDevicesOnly)
+TEST_F(Events, ABatchReturnsTheEventsOfKnownDevicesOnly)
 {
     addEquipment();
     const auto events = listAdded(batch(R"({"id":1,"device":10},{"id":2,"device":11},{"id":3},{"id":4,"device":10})"));
@@ -406,7 +406,7 @@ TEST_F(Events, ABatchGivesTheEventsOfKnownDevicesOnly)
     EXPECT_EQ(stored(), 4);
 }
 
-TEST_F(Events, ABatchGivesNoEventsButItsOwn)
+TEST_F(Events, ABatchReturnsNoEventsButItsOwn)
 {
     addEquipment();
     ASSERT_EQ(listAdded(batch(R"({"id":1,"device":10},{"id":2,"device":10})")).size(), 2u);
@@ -416,7 +416,7 @@ TEST_F(Events, ABatchGivesNoEventsButItsOwn)
     EXPECT_EQ(events[0].id, 3u);
 }
 
-TEST_F(Events, ABatchGivesBackTheBiggestIdsToo)
+TEST_F(Events, ABatchReturnsTheBiggestIdsToo)
 {
     addEquipment();
     const auto events = listAdded(batch(R"({"id":0,"device":10},{"id":4294967295,"device":10},)"
@@ -456,7 +456,7 @@ TEST_F(Events, AnEventOfAnUnknownDeviceIsListedOnceTheDeviceArrives)
 
 // ---- Documents and out-parameters ----
 
-TEST_F(Events, AddOneAnswersForABrokenDocument)
+TEST_F(Events, AddOneRefusesABrokenDocument)
 {
     EXPECT_EQ(update(addEvent, "").code, 10u);
     EXPECT_EQ(update(addEvent, "not json").code, 10u);
@@ -473,7 +473,7 @@ TEST_F(Events, AddOneAnswersForABrokenDocument)
     EXPECT_EQ(stored(), 0);
 }
 
-TEST_F(Events, AddManyAnswersForABrokenDocument)
+TEST_F(Events, AddManyRefusesABrokenDocument)
 {
     const std::vector<std::pair<std::string, uint32_t>> cases = {
         {"", 10},
@@ -550,7 +550,7 @@ TEST_F(Events, FreeRefusesNothingToFree)
     EXPECT_EQ(freeEventsArray(&event, 0), 10u);
 }
 
-TEST_F(Events, FreeTakesFullAndBareEvents)
+TEST_F(Events, FreeTakesFullAndMinimalEvents)
 {
     addEquipment();
     FlatEvent *event = nullptr;
@@ -591,7 +591,7 @@ TEST_F(Events, TheFirstBatchBringsTheTimeIndex)
     EXPECT_EQ(indexes(), 1);
 }
 
-TEST_F(Events, TheTimeIndexIsMadeAgainWhereItIsGone)
+TEST_F(Events, TheTimeIndexIsCreatedAgainIfItIsGone)
 {
     ASSERT_EQ(update(addEvent, R"({"D":{"id":1}})").code, 0u);
     foreign("DROP INDEX EventsTimeIndex");
@@ -615,7 +615,7 @@ protected:
     void failIndex() { foreign("CREATE TABLE EventsTimeIndex (x)"); }
 };
 
-TEST_F(EventsIndexFailure, TheEventIsUndoneAndTheAnswerIs8)
+TEST_F(EventsIndexFailure, TheEventIsUndoneAndTheResultIs8)
 {
     failIndex();
     DebugLines lines;
@@ -626,7 +626,7 @@ TEST_F(EventsIndexFailure, TheEventIsUndoneAndTheAnswerIs8)
     EXPECT_EQ(stored(), 0);
 }
 
-TEST_F(EventsIndexFailure, TheBatchIsUndoneAndTheAnswerIs8)
+TEST_F(EventsIndexFailure, TheBatchIsUndoneAndTheResultIs8)
 {
     addEquipment();
     failIndex();
@@ -640,7 +640,7 @@ TEST_F(EventsIndexFailure, TheBatchIsUndoneAndTheAnswerIs8)
     EXPECT_EQ(stored(), 0);
 }
 
-TEST_F(EventsIndexFailure, AnEventThatWasThereBeforeComesBackAsItWas)
+TEST_F(EventsIndexFailure, AnEventThatWasThereBeforeIsReturnedAsItWas)
 {
     foreign("INSERT INTO Events (EventsId, EventsTime, EventsData) VALUES (5, 1, 'old')");
     failIndex();
@@ -655,7 +655,7 @@ TEST_F(EventsIndexFailure, AnEventThatWasThereBeforeComesBackAsItWas)
     EXPECT_EQ(file.rows("SELECT EventsId,EventsTime,EventsData FROM Events"), (Rows{Row{"5", "1", "old"}}));
 }
 
-TEST_F(EventsIndexFailure, ABatchGivesBackThoseThatWereThereBefore)
+TEST_F(EventsIndexFailure, ABatchReturnsThoseThatWereThereBefore)
 {
     addEquipment();
     foreign("INSERT INTO Events (EventsId, EventsTime, EventsDeviceId, EventsData) VALUES (5, 1, 10, 'old')");
@@ -671,7 +671,7 @@ TEST_F(EventsIndexFailure, ABatchGivesBackThoseThatWereThereBefore)
     EXPECT_EQ(file.rows("SELECT EventsId,EventsData FROM Events"), (Rows{Row{"5", "old"}}));
 }
 
-TEST_F(EventsIndexFailure, AReadBackThatFailsTooAnswers9)
+TEST_F(EventsIndexFailure, AReadBackThatFailsTooReturns9)
 {
     failIndex();
     foreign("DROP TABLE Users");
@@ -704,7 +704,7 @@ TEST_F(EventsIndexFailure, EventsAreStoredAgainOnceTheWayIsClear)
 
 // ---- Failures ----
 
-TEST_F(Events, AFailedWriteAnswers9)
+TEST_F(Events, AFailedWriteReturns9)
 {
     refuse("INSERT", "Events");
     DebugLines lines;
@@ -737,7 +737,7 @@ TEST_F(Events, AFailedWriteUndoesTheWholeBatch)
     EXPECT_EQ(file.rows("SELECT EventsId,EventsData FROM Events"), (Rows{Row{"1", "old"}}));
 }
 
-TEST_F(Events, AWriteWithoutTheTableAnswers9)
+TEST_F(Events, AWriteWithoutTheTableReturns9)
 {
     foreign("DROP TABLE Events");
     DebugLines lines;
@@ -787,7 +787,7 @@ TEST_F(Events, AFailedReadBackBringsTheOldRowBack)
     EXPECT_EQ(file.rows("SELECT EventsId,EventsTime,EventsData FROM Events"), (Rows{Row{"5", std::nullopt, "old"}}));
 }
 
-TEST_F(Events, AnEventThatIsGoneAtTheReadBackAnswers8)
+TEST_F(Events, AnEventThatIsGoneAtTheReadBackReturns8)
 {
     addEquipment();
     foreign("CREATE TRIGGER Vanish AFTER INSERT ON Events "

@@ -1,5 +1,5 @@
 // An exit in the moment in which the state becomes 2. The loop is still in the delivery that has made it 2, and must
-// not come back from there to an object that the exit has taken away.
+// not return from there to an object that the exit has destroyed.
 #include "Store.h"
 
 #include <QEvent>
@@ -11,8 +11,8 @@ using namespace brimlet::test;
 
 namespace {
 
-std::atomic<bool> isHeld{false};   // whether a delivery waits behind its slot
-std::atomic<int> lostReceivers{0}; // those that are gone when the wait is over
+std::atomic<bool> isHeld{false};   // whether a delivery waits after its slot
+std::atomic<int> lostReceivers{0}; // those destroyed during the wait
 
 void holdUntilTheExit(const QPointer<QObject> &receiver)
 {
@@ -39,7 +39,7 @@ bool QObject::event(QEvent *event)
 
 namespace {
 
-TEST(ExitAtOnce, TheLoopComesBackToWhatIsStillThere)
+TEST(ExitAtOnce, TheLoopReturnsToALivingObject)
 {
     const Directory directory;
     const DebugLines lines;

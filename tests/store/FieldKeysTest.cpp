@@ -1,4 +1,4 @@
-// The keys of the queries by a field: which ones there are, the column behind each, and that no other key will do.
+// The keys of the queries by a field: the keys, the column of each, and that no other key is accepted.
 #include "Store.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ using namespace brimlet::test;
 
 // ---- Queries ----
 
-// What a query by a field answered.
+// The result of a query by a field.
 struct Found
 {
     uint32_t code;
@@ -31,7 +31,7 @@ void PrintTo(const Found &found, std::ostream *out)
          << ", ids " << ::testing::PrintToString(found.ids);
 }
 
-// The count as it stands before each call.
+// The count before each call.
 const uint32_t untouched = 77;
 
 Found records(std::vector<uint32_t> ids)
@@ -79,7 +79,7 @@ struct Map
     std::string name;
     Query query;
     std::string table;
-    std::vector<std::string> parents; // columns that stand beside the id, with device 10 and section 20
+    std::vector<std::string> parents; // the columns of the parents, with device 10 and section 20
     std::vector<Key> keys;            // the id's first
     std::vector<std::string> refused; // keys of the record by which it cannot be looked for
 
@@ -356,7 +356,7 @@ TEST_P(FieldKeys, CompareNumbersWithTexts)
             }
 }
 
-TEST_P(FieldKeys, LeaveOutWhatCannotBeLookedFor)
+TEST_P(FieldKeys, ExcludeWhatIsNotAKeyToSearchBy)
 {
     insertARowForEachColumn();
     const DebugLines lines;
@@ -425,7 +425,7 @@ TEST_P(FieldKeys, AreNotThoseOfOtherRecords)
         }
 }
 
-TEST_P(FieldKeys, AreLookedAtBeforeTheStore)
+TEST_P(FieldKeys, AreCheckedBeforeTheStore)
 {
     foreign("DROP TABLE " + GetParam().table);
     const DebugLines lines;
@@ -491,7 +491,7 @@ TEST_F(Keys, OfOrganizationsCallTheIdByItsOwnName)
     EXPECT_EQ(listBy(getOrganizationsWithParams, "id", "7").code, 10u);
 }
 
-TEST_F(Keys, EndWithTheLengthGiven)
+TEST_F(Keys, EndAtTheGivenLength)
 {
     EXPECT_EQ(send(addUsers, R"({"D":{"items":[{"id":7,"name":"x"}]}})"), 0u);
     const std::u16string key = u"names";
@@ -539,7 +539,7 @@ void expectGuarded(uint32_t (*function)(Flat **, uint32_t *, const uint16_t *, u
     EXPECT_EQ(count, untouched);
 }
 
-TEST_F(Keys, AreNotLookedAtWhenTheTargetIsNotNull)
+TEST_F(Keys, AreIgnoredWhenTheTargetIsNotNull)
 {
     library.reset();
     expectGuarded(getContractorsWithParams);

@@ -36,7 +36,7 @@ class FileLimitTest : public StoreTest
 {
 };
 
-// The pages of the table lie behind the limit, those of the journal before it.
+// The pages of the table are beyond the limit, those of the journal below it.
 TEST_F(FileLimitTest, AFailedCommitIsNotNoticed)
 {
     ASSERT_GT(std::filesystem::file_size("CacheDb"), 60000u);

@@ -172,7 +172,7 @@ struct Subject
 {
     std::string name;
     TextFunction add;
-    uint32_t code; // what the addition answers
+    uint32_t code; // the result of adding it
     std::string item;
     std::string table;
     std::string idColumn; // holds "#"

@@ -61,7 +61,7 @@ TEST_F(HostileInput, DocumentsNestUpTo1024Levels)
     expectIntact();
 }
 
-TEST_F(HostileInput, ATextOf64MegabytesIsStoredFoundAndGiven)
+TEST_F(HostileInput, ATextOf64MegabytesIsStoredFoundAndReturned)
 {
     const size_t size = size_t{64} << 20;
     const std::string text(size, 'x');
@@ -99,7 +99,7 @@ TEST_F(HostileInput, ADocumentOfManyMegabytesIsStoredWhole)
 }
 
 // 200,000 records, a million in the long form.
-TEST_F(HostileInput, AVastBatchGoesInWholeAndComesOutWhole)
+TEST_F(HostileInput, AVastBatchIsStoredAndReturnedAsAWhole)
 {
     const uint32_t count = isLongForm() ? 1000000 : 200000;
     std::string items;
@@ -113,10 +113,10 @@ TEST_F(HostileInput, AVastBatchGoesInWholeAndComesOutWhole)
     expectIntact();
 }
 
-TEST_F(HostileInput, AKeyGivenTwiceTakesItsLastValue)
+TEST_F(HostileInput, ARepeatedKeyHasItsLastValue)
 {
 #if defined(__SANITIZE_ADDRESS__)
-    // Qt's parser loses an array or object whose key stands again behind it. That is not ours to free.
+    // Qt's parser leaks an array or object whose key is repeated. The library cannot free it.
     const __lsan::ScopedDisabler disabler;
 #endif
     EXPECT_EQ(send(addLocales, R"({"D":{"items":[{"id":1}],"items":[{"id":2,"iso":"a","iso":"b"}]}})"), 0u);
@@ -146,8 +146,8 @@ TEST_F(HostileInput, NoUnitBeyondTheCountIsRead)
     expectEmpty();
 }
 
-// Such a count is no promise: the text is read up to a zero unit, whatever it lies in.
-TEST_F(HostileInput, ACountFrom2ToThe31ReadsUpToAZeroUnit)
+// Such a count is ignored: the text is read up to a NUL terminator, wherever that is.
+TEST_F(HostileInput, ACountFrom2ToThe31ReadsUpToANulTerminator)
 {
     const GuardedText nothing(std::u16string(1, u'\0'));
     const GuardedText document(std::u16string(uR"({"D":{"none":1}})") + u'\0');

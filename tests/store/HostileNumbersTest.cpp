@@ -119,7 +119,7 @@ TEST_P(HostileNumber, IsStoredByTheRuleOfItsMember)
     expectIntact();
 }
 
-TEST_P(HostileNumber, IsRefusedWhereNoDoubleHoldsIt)
+TEST_P(HostileNumber, IsRefusedIfNoDoubleCanHoldIt)
 {
     const auto &[subject, member] = GetParam();
     for (const char *number : {"1e309", "-1e309", "1e99999", "01", "+1", "NaN", "-", "--1", "0x1", "1e", "Infinity"})
@@ -210,7 +210,7 @@ class HostileId : public HostileTest, public ::testing::WithParamInterface<Remov
 {
 };
 
-TEST_P(HostileId, WrapsWhereItIsAddedAndWhereItIsRemoved)
+TEST_P(HostileId, WrapsAroundWhenAddedAndWhenRemoved)
 {
     const Removal &removal = GetParam();
     std::string items;

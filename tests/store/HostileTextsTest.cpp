@@ -324,7 +324,7 @@ TEST_F(HostileTexts, ARawLoneSurrogateInADocumentBecomesAQuestionMark)
     expectIntact();
 }
 
-// The store's conversion joins a surrogate with whatever stands behind it.
+// The store's conversion joins an unpaired surrogate with whatever follows it.
 TEST_F(HostileTexts, AnEscapedLoneSurrogateIsStoredAsThreeBytesOrJoined)
 {
     const std::vector<std::pair<std::u16string, std::string>> texts = {
@@ -400,7 +400,7 @@ TEST_F(HostileTexts, ATextLosesTheByteOrderMarkThatItStartsWith)
     expectIntact();
 }
 
-TEST_F(HostileTexts, AZeroUnitIsPartOfATextAndOfNothingElse)
+TEST_F(HostileTexts, ANulTerminatorIsPartOfATextAndOfNothingElse)
 {
     for (const std::u16string &json : {std::u16string({'a', 0, 'b'}), std::u16string(uR"(a\u0000b)")}) {
         ASSERT_EQ(addLocaleWithText(json), 0u);

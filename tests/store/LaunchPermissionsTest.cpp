@@ -47,7 +47,7 @@ protected:
     DebugLines lines; // keeps Qt's chatter out of the output
 };
 
-TEST_F(LaunchPermissionsDeathTest, AReadOnlyDirectoryWithoutAFileGives6)
+TEST_F(LaunchPermissionsDeathTest, AReadOnlyDirectoryWithoutAFileResultsIn6)
 {
     fs::permissions(directory.path(), readOnly);
     EXPECT_EXIT(launchUnprivileged(), ::testing::ExitedWithCode(6),
@@ -55,7 +55,7 @@ TEST_F(LaunchPermissionsDeathTest, AReadOnlyDirectoryWithoutAFileGives6)
     EXPECT_FALSE(fs::exists("CacheDb"));
 }
 
-TEST_F(LaunchPermissionsDeathTest, AFileThatMayNotBeReadGives102)
+TEST_F(LaunchPermissionsDeathTest, AFileThatMayNotBeReadResultsIn102)
 {
     std::ofstream("CacheDb").close();
     fs::permissions("CacheDb", fs::perms::none);
@@ -64,7 +64,7 @@ TEST_F(LaunchPermissionsDeathTest, AFileThatMayNotBeReadGives102)
     EXPECT_EQ(file.number("SELECT count(*) FROM sqlite_master"), 0);
 }
 
-TEST_F(LaunchPermissionsDeathTest, AFileThatMayNeitherBeReadNorRemovedGives6)
+TEST_F(LaunchPermissionsDeathTest, AFileThatMayNeitherBeReadNorRemovedResultsIn6)
 {
     std::ofstream("CacheDb").close();
     fs::permissions("CacheDb", fs::perms::none);
@@ -72,7 +72,7 @@ TEST_F(LaunchPermissionsDeathTest, AFileThatMayNeitherBeReadNorRemovedGives6)
     EXPECT_EXIT(launchUnprivileged(), ::testing::ExitedWithCode(6), "state 2 log <> read 7 write 9");
 }
 
-TEST_F(LaunchPermissionsDeathTest, AValidFileThatMayOnlyBeReadGives0)
+TEST_F(LaunchPermissionsDeathTest, AValidFileThatMayOnlyBeReadResultsIn0)
 {
     makeValidFile();
     fs::permissions("CacheDb", fs::perms(0444));
@@ -80,7 +80,7 @@ TEST_F(LaunchPermissionsDeathTest, AValidFileThatMayOnlyBeReadGives0)
     EXPECT_EXIT(launchUnprivileged(), ::testing::ExitedWithCode(0), "state 2 log <> read 8 write 9");
 }
 
-// The removal's result is not looked at: what opens then is the old file.
+// The result of the removal is ignored: the library then opens the old file.
 TEST_F(LaunchPermissionsDeathTest, AFileThatMayNotBeRemovedIsOpenedAgain)
 {
     makeValidFile();

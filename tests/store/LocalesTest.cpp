@@ -184,7 +184,7 @@ TEST_F(Locales, AddUndoesTheWholeBatchWhenOneRowFails)
     EXPECT_EQ(rows(), (std::vector<Row>{{"1", "a", "x"}}));
 }
 
-TEST_F(Locales, AddAnswers9WithoutTheTable)
+TEST_F(Locales, AddReturns9WithoutTheTable)
 {
     foreign("DROP TABLE Locales");
     const DebugLines lines;
@@ -203,7 +203,7 @@ TEST_F(Locales, AddWorksAgainAfterAFailure)
 
 // ---- One by its id ----
 
-TEST_F(Locales, GetGivesEveryField)
+TEST_F(Locales, GetReturnsEveryField)
 {
     EXPECT_EQ(send(addLocales, R"({"D":{"items":[{"id":7,"iso":"ru_RU","description":"\u0420\u0443\u0441"},
                                                   {"id":8,"iso":"x"}]}})"),
@@ -215,7 +215,7 @@ TEST_F(Locales, GetGivesEveryField)
     EXPECT_EQ(utf8(locale->description), "\u0420\u0443\u0441");
 }
 
-TEST_F(Locales, GetGivesNullForAnAbsentField)
+TEST_F(Locales, GetReturnsNullForAnAbsentField)
 {
     EXPECT_EQ(send(addLocales, R"({"D":{"items":[{"id":7}]}})"), 0u);
     const auto locale = get(getLocale, 7);
@@ -225,7 +225,7 @@ TEST_F(Locales, GetGivesNullForAnAbsentField)
     EXPECT_EQ(locale->description, nullptr);
 }
 
-TEST_F(Locales, GetGivesALoneZeroForAnEmptyText)
+TEST_F(Locales, GetReturnsANulTerminatorForAnEmptyText)
 {
     EXPECT_EQ(send(addLocales, R"({"D":{"items":[{"id":7,"iso":"","description":""}]}})"), 0u);
     const auto locale = get(getLocale, 7);
@@ -236,7 +236,7 @@ TEST_F(Locales, GetGivesALoneZeroForAnEmptyText)
     EXPECT_EQ(locale->description[0], 0u);
 }
 
-TEST_F(Locales, GetAnswers8ForAnUnknownId)
+TEST_F(Locales, GetReturns8ForAnUnknownId)
 {
     EXPECT_EQ(send(addLocales, R"({"D":{"items":[{"id":7}]}})"), 0u);
     const DebugLines lines;
@@ -247,7 +247,7 @@ TEST_F(Locales, GetAnswers8ForAnUnknownId)
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_F(Locales, GetAnswers10ForATargetThatIsNotNull)
+TEST_F(Locales, GetReturns10ForATargetThatIsNotNull)
 {
     EXPECT_EQ(send(addLocales, R"({"D":{"items":[{"id":7}]}})"), 0u);
     FlatLocale own{};
@@ -263,7 +263,7 @@ TEST_F(Locales, GetAnswers10ForATargetThatIsNotNull)
     EXPECT_EQ(out, &own);
 }
 
-TEST_F(Locales, GetAnswers7WithoutTheTable)
+TEST_F(Locales, GetReturns7WithoutTheTable)
 {
     foreign("DROP TABLE Locales");
     const DebugLines lines;
@@ -273,7 +273,7 @@ TEST_F(Locales, GetAnswers7WithoutTheTable)
     EXPECT_TRUE(isFailure(lines.all(), "get locale error"));
 }
 
-TEST_F(Locales, GetAnswers7WithoutAColumn)
+TEST_F(Locales, GetReturns7WithoutAColumn)
 {
     EXPECT_EQ(send(addLocales, R"({"D":{"items":[{"id":7,"iso":"a"}]}})"), 0u);
     foreign("ALTER TABLE Locales RENAME COLUMN LocalesIso TO Other");
@@ -299,7 +299,7 @@ TEST_F(Locales, GetReadsARowByTheNamesOfItsColumns)
 
 // ---- All ----
 
-TEST_F(Locales, ListGivesEveryRow)
+TEST_F(Locales, ListReturnsEveryRow)
 {
     EXPECT_EQ(send(addLocales, R"({"D":{"items":[{"id":3,"iso":"c","description":"z"},{"id":1,"iso":"a"},{"id":2}]}})"),
               0u);
@@ -314,7 +314,7 @@ TEST_F(Locales, ListGivesEveryRow)
     EXPECT_EQ(locales.withId(2)->description, nullptr);
 }
 
-TEST_F(Locales, ListAnswers8ForAnEmptyTable)
+TEST_F(Locales, ListReturns8ForAnEmptyTable)
 {
     const DebugLines lines;
     FlatLocale *out = nullptr;
@@ -325,7 +325,7 @@ TEST_F(Locales, ListAnswers8ForAnEmptyTable)
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_F(Locales, ListAnswers10ForATargetThatIsNotNull)
+TEST_F(Locales, ListReturns10ForATargetThatIsNotNull)
 {
     EXPECT_EQ(send(addLocales, R"({"D":{"items":[{"id":7}]}})"), 0u);
     FlatLocale own{};
@@ -338,7 +338,7 @@ TEST_F(Locales, ListAnswers10ForATargetThatIsNotNull)
     EXPECT_EQ(count, 77u);
 }
 
-TEST_F(Locales, ListAnswers7WithoutTheTable)
+TEST_F(Locales, ListReturns7WithoutTheTable)
 {
     foreign("DROP TABLE Locales");
     const DebugLines lines;
@@ -421,7 +421,7 @@ TEST_F(LocalesByField, ValuesAreComparedWholeAndExactly)
     EXPECT_EQ(listBy(getLocalesWithParams, "id", "a").code, 8u);
 }
 
-TEST_F(LocalesByField, Answers8WhenNoRowMatches)
+TEST_F(LocalesByField, Returns8WhenNoRowMatches)
 {
     const DebugLines lines;
     FlatLocale *out = nullptr;
@@ -432,7 +432,7 @@ TEST_F(LocalesByField, Answers8WhenNoRowMatches)
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_F(LocalesByField, Answers10ForAnUnknownKey)
+TEST_F(LocalesByField, Returns10ForAnUnknownKey)
 {
     const DebugLines lines;
     for (const char *key : {"Iso", "ISO", "LocalesIso", "LocalesId", "Id", "", "iso ", " iso", "name", "locale_id"}) {
@@ -446,7 +446,7 @@ TEST_F(LocalesByField, Answers10ForAnUnknownKey)
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_F(LocalesByField, Answers10ForATargetThatIsNotNull)
+TEST_F(LocalesByField, Returns10ForATargetThatIsNotNull)
 {
     FlatLocale own{};
     FlatLocale *out = &own;
@@ -458,7 +458,7 @@ TEST_F(LocalesByField, Answers10ForATargetThatIsNotNull)
     EXPECT_EQ(count, 77u);
 }
 
-TEST_F(LocalesByField, Answers7WithoutTheTable)
+TEST_F(LocalesByField, Returns7WithoutTheTable)
 {
     foreign("DROP TABLE Locales");
     const DebugLines lines;
@@ -470,7 +470,7 @@ TEST_F(LocalesByField, Answers7WithoutTheTable)
     EXPECT_TRUE(isFailure(lines.all(), "get locales by field error"));
 }
 
-TEST_F(LocalesByField, LooksAtTheKeyBeforeTheStore)
+TEST_F(LocalesByField, ChecksTheKeyBeforeTheStore)
 {
     foreign("DROP TABLE Locales");
     const DebugLines lines;
@@ -540,7 +540,7 @@ TEST_F(Locales, FreeTakesARecord)
     }
 }
 
-TEST_F(Locales, FreeAnswers10ForNull)
+TEST_F(Locales, FreeReturns10ForNull)
 {
     EXPECT_EQ(freeLocale(nullptr), 10u);
     EXPECT_EQ(freeLocalesArray(nullptr, 0), 10u);

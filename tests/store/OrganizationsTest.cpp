@@ -1,4 +1,5 @@
-// Organizations and their contact persons: two tables, one document. An update merges the one and replaces the other.
+// Organizations and their contact persons: two tables, one document. An update keeps absent members of the one and
+// replaces the other.
 #include "Store.h"
 
 #include <string>
@@ -86,7 +87,7 @@ protected:
                 "PersonsEmail VARCHAR(255) DEFAULT 'd',PersonsPostal VARCHAR(255) DEFAULT 'd')");
     }
 
-    // A member that neither an add nor an update may carry.
+    // A member that neither an add nor an update may contain.
     void expectRefused(const std::string &member) const
     {
         SCOPED_TRACE(member);
@@ -354,7 +355,7 @@ TEST_F(Organizations, AContactThatIsEmptyOrNoObjectIsNone)
 
 // ---- Reading ----
 
-TEST_F(Organizations, GetGivesEachColumnInItsField)
+TEST_F(Organizations, GetReturnsEachColumnInItsField)
 {
     file.execute("INSERT INTO Organizations VALUES (2, '7702', 'Northern Works', 'NW', '0101', '0202', 5, 1, 'Pier 3');"
                  "INSERT INTO Persons VALUES (5, 'Eve', '+7 1', 'eve@x', 'Box 9');"
@@ -364,7 +365,7 @@ TEST_F(Organizations, GetGivesEachColumnInItsField)
     expectWorks(*answer.record);
 }
 
-TEST_F(Organizations, GetGivesNullPointersForNulls)
+TEST_F(Organizations, GetReturnsNullPointersForNulls)
 {
     file.execute("INSERT INTO Organizations (OrganizationsId) VALUES (2)");
     const auto answer = get(getOrganization, 2);
@@ -380,7 +381,7 @@ TEST_F(Organizations, GetGivesNullPointersForNulls)
     EXPECT_EQ(answer->locale, nullptr);
 }
 
-TEST_F(Organizations, GetGivesNullPointersForNullsOfAContactAndALocale)
+TEST_F(Organizations, GetReturnsNullPointersForNullsOfAContactAndALocale)
 {
     file.execute("INSERT INTO Organizations (OrganizationsId, OrganizationsContactId, OrganizationsLocaleId) "
                  "VALUES (2, 5, 1); INSERT INTO Persons (PersonsId) VALUES (5); "
@@ -444,7 +445,7 @@ TEST_F(Organizations, LocaleShowsOnceItIsThere)
     EXPECT_EQ(utf8(with->locale->iso), "fr");
 }
 
-TEST_F(Organizations, GetAnswers8ForAnUnknownId)
+TEST_F(Organizations, GetReturns8ForAnUnknownId)
 {
     ASSERT_EQ(send(addOrganizations, batch(works)), 0u);
     FlatOrganization *out = nullptr;
@@ -452,7 +453,7 @@ TEST_F(Organizations, GetAnswers8ForAnUnknownId)
     EXPECT_EQ(out, nullptr);
 }
 
-TEST_F(Organizations, ListGivesAllRowsWithWhatTheyName)
+TEST_F(Organizations, ListReturnsAllRowsWithWhatTheyName)
 {
     file.execute("INSERT INTO Locales VALUES (1, 'de', 'German')");
     ASSERT_EQ(send(addOrganizations, batch(works, R"({"org_id":3},{"org_id":4,"contact":{"id":6,"name":"Joe"}})")), 0u);
@@ -470,7 +471,7 @@ TEST_F(Organizations, ListGivesAllRowsWithWhatTheyName)
     EXPECT_EQ(utf8(all.withId(4)->contact->name), "Joe");
 }
 
-TEST_F(Organizations, ListAnswers8ForAnEmptyTable)
+TEST_F(Organizations, ListReturns8ForAnEmptyTable)
 {
     file.execute("INSERT INTO Persons (PersonsId) VALUES (5)");
     FlatOrganization *out = nullptr;
@@ -524,7 +525,7 @@ TEST_F(Organizations, SearchComparesTextsWhole)
     EXPECT_EQ(listBy(getOrganizationsWithParams, "short_name", "N%").code, 8u);
 }
 
-TEST_F(Organizations, SearchAnswers8WhereNothingFits)
+TEST_F(Organizations, SearchReturns8IfNothingFits)
 {
     ASSERT_EQ(send(addOrganizations, batch(works)), 0u);
     FlatOrganization *out = nullptr;
@@ -560,7 +561,7 @@ TEST_F(Organizations, UpdatePutsEachKeyIntoItsColumn)
     EXPECT_EQ(rowCount(), 1);
 }
 
-TEST_F(Organizations, UpdateGivesTheRowAsStoredWithWhatItNames)
+TEST_F(Organizations, UpdateReturnsTheRowAsStoredWithWhatItNames)
 {
     file.execute("INSERT INTO Locales VALUES (1, 'de', 'German')");
     ASSERT_EQ(send(addOrganizations, batch(works)), 0u);
@@ -780,7 +781,7 @@ TEST_F(Organizations, UpdateRefusesDocumentsThatAreNoRecord)
     EXPECT_EQ(rowCount(), 0);
 }
 
-TEST_F(Organizations, UpdateAnswers8WhenTheRowIsGoneAgainAndStillCommits)
+TEST_F(Organizations, UpdateReturns8WhenTheRowIsDeletedMeanwhileAndStillCommits)
 {
     foreign("CREATE TRIGGER DropNew AFTER INSERT ON Organizations BEGIN "
             "DELETE FROM Organizations WHERE OrganizationsId = NEW.OrganizationsId; END");
@@ -861,7 +862,7 @@ TEST_F(Organizations, DeleteLeavesAllThatNamesTheOrganization)
     EXPECT_EQ(value(domain->orgId), 2u);
 }
 
-TEST_F(Organizations, DeleteAnswers8ForAnUnknownIdAndLogsNothing)
+TEST_F(Organizations, DeleteReturns8ForAnUnknownIdAndLogsNothing)
 {
     ASSERT_EQ(send(addOrganizations, batch(works)), 0u);
     const DebugLines lines;
@@ -1127,7 +1128,7 @@ TEST_F(Organizations, FailedSearchLogsTheSearch)
     EXPECT_EQ(count, 77u);
 }
 
-TEST_F(Organizations, DeleteAnswers7WhenItsReadFails)
+TEST_F(Organizations, DeleteReturns7WhenItsReadFails)
 {
     ASSERT_EQ(send(addOrganizations, batch(works)), 0u);
     foreign("ALTER TABLE Locales RENAME TO Elsewhere");

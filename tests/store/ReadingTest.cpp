@@ -13,7 +13,7 @@ using namespace brimlet::test;
 
 using Call = std::function<uint32_t(const uint16_t *, uint32_t)>;
 
-// An export that hands out a record on 0, and on 0 alone.
+// An export that returns a record with 0, and only with 0.
 template<class Flat>
 Call withRecord(uint32_t (*function)(Flat **, const uint16_t *, uint32_t))
 {
@@ -39,7 +39,7 @@ std::string envelope(const std::string &payload)
     return R"({"D":)" + payload + "}";
 }
 
-// An export with a payload that answers 0 in the store of the fixture below.
+// An export with a payload that returns 0 in the store of the fixture below.
 struct Export
 {
     std::string name;
@@ -136,7 +136,7 @@ TEST_F(Envelope, IsReadByEveryExport)
     }
 }
 
-TEST_F(Envelope, Answers10ForATextThatIsNoObject)
+TEST_F(Envelope, Returns10ForATextThatIsNoObject)
 {
     const auto before = stored();
     const DebugLines lines;
@@ -169,7 +169,7 @@ TEST_F(Envelope, Answers10ForATextThatIsNoObject)
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_F(Envelope, Answers10ForANullPointer)
+TEST_F(Envelope, Returns10ForANullPointer)
 {
     for (const Export &one : exports()) {
         SCOPED_TRACE(one.name);
@@ -178,7 +178,7 @@ TEST_F(Envelope, Answers10ForANullPointer)
     }
 }
 
-TEST_F(Envelope, Answers10ForATextCutShortByItsLength)
+TEST_F(Envelope, Returns10ForATextCutShortByItsLength)
 {
     for (const Export &one : exports()) {
         SCOPED_TRACE(one.name);
@@ -189,7 +189,7 @@ TEST_F(Envelope, Answers10ForATextCutShortByItsLength)
     }
 }
 
-TEST_F(Envelope, EndsWithTheLengthGiven)
+TEST_F(Envelope, EndsAtTheGivenLength)
 {
     for (const Export &one : exports()) {
         SCOPED_TRACE(one.name);
@@ -199,7 +199,7 @@ TEST_F(Envelope, EndsWithTheLengthGiven)
     }
 }
 
-TEST_F(Envelope, Answers5ForAnObjectWithoutIt)
+TEST_F(Envelope, Returns5ForAnObjectWithoutIt)
 {
     const auto before = stored();
     const DebugLines lines;
@@ -214,7 +214,7 @@ TEST_F(Envelope, Answers5ForAnObjectWithoutIt)
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_F(Envelope, Answers5ForAnotherTypeUnderIt)
+TEST_F(Envelope, Returns5ForAnotherTypeUnderIt)
 {
     const auto before = stored();
     const DebugLines lines;
@@ -228,7 +228,7 @@ TEST_F(Envelope, Answers5ForAnotherTypeUnderIt)
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_F(Envelope, Answers5WhenItIsEmpty)
+TEST_F(Envelope, Returns5WhenItIsEmpty)
 {
     const auto before = stored();
     for (const Export &one : exports()) {
@@ -239,7 +239,7 @@ TEST_F(Envelope, Answers5WhenItIsEmpty)
     EXPECT_EQ(stored(), before);
 }
 
-TEST_F(Envelope, IgnoresWhatStandsBesideIt)
+TEST_F(Envelope, IgnoresOtherMembers)
 {
     for (const Export &one : exports()) {
         SCOPED_TRACE(one.name);
@@ -302,7 +302,7 @@ void expectGuarded(uint32_t (*function)(Flat **, const uint16_t *, uint32_t), co
     }
 }
 
-TEST_F(Envelope, IsNotLookedAtWhenTheTargetIsNotNull)
+TEST_F(Envelope, IsIgnoredWhenTheTargetIsNotNull)
 {
     const auto before = stored();
     expectGuarded(updateUser, R"({"id":1,"name":"x"})");
@@ -325,7 +325,7 @@ struct Batch
     std::string name;
     Call call;
     std::string key;  // of the id
-    std::string rest; // behind the id
+    std::string rest; // after the id
     std::string ids;  // the query for all ids
 
     std::string element(int id) const { return "{\"" + key + "\":" + std::to_string(id) + rest + "}"; }
@@ -347,7 +347,7 @@ TEST_P(BatchForm, StoresEveryElement)
     EXPECT_EQ(file.rows(batch.ids), (std::vector<Row>{{"1"}, {"2"}, {"3"}}));
 }
 
-TEST_P(BatchForm, Answers5WithoutItems)
+TEST_P(BatchForm, Returns5WithoutItems)
 {
     const Batch &batch = GetParam();
     const auto before = stored();
@@ -358,7 +358,7 @@ TEST_P(BatchForm, Answers5WithoutItems)
     EXPECT_EQ(stored(), before);
 }
 
-TEST_P(BatchForm, Answers5ForItemsThatAreNoArray)
+TEST_P(BatchForm, Returns5ForItemsThatAreNoArray)
 {
     const Batch &batch = GetParam();
     const auto before = stored();
@@ -370,7 +370,7 @@ TEST_P(BatchForm, Answers5ForItemsThatAreNoArray)
     EXPECT_EQ(stored(), before);
 }
 
-TEST_P(BatchForm, Answers10ForNoItems)
+TEST_P(BatchForm, Returns10ForNoItems)
 {
     const auto before = stored();
     const DebugLines lines;
@@ -410,7 +410,7 @@ TEST_P(BatchForm, StoresNothingWhenOneElementIsRefused)
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_P(BatchForm, IgnoresWhatStandsBesideItems)
+TEST_P(BatchForm, IgnoresMembersBesideItems)
 {
     const Batch &batch = GetParam();
     const std::string items = "\"items\":[" + batch.element(2) + "]";
@@ -433,9 +433,9 @@ INSTANTIATE_TEST_SUITE_P(
         Batch{"addEvents", addEventsAndFree, "id", ",\"device\":1", "SELECT EventsId FROM Events ORDER BY 1"}),
     nameOf<Batch>);
 
-// ---- Bare ids ----
+// ---- Id-only documents ----
 
-struct BareId
+struct IdOnly
 {
     std::string name;
     Call call;
@@ -472,67 +472,67 @@ struct BareId
     }
 };
 
-void PrintTo(const BareId &bareId, std::ostream *out)
+void PrintTo(const IdOnly &idOnly, std::ostream *out)
 {
-    *out << bareId.name;
+    *out << idOnly.name;
 }
 
-class BareIdForm : public Reading, public ::testing::WithParamInterface<BareId>
+class IdOnlyForm : public Reading, public ::testing::WithParamInterface<IdOnly>
 {
 };
 
-TEST_P(BareIdForm, RemovesTheRowOfItsNumber)
+TEST_P(IdOnlyForm, RemovesTheRowOfItsNumber)
 {
-    const BareId &bareId = GetParam();
-    foreign(bareId.insertion("77"));
-    EXPECT_EQ(send(bareId.call, bareId.document("77")), 0u);
-    EXPECT_EQ(file.number(bareId.rowsWith("77")), 0);
-    EXPECT_EQ(file.number(bareId.rowsWith("1")), 1);
+    const IdOnly &idOnly = GetParam();
+    foreign(idOnly.insertion("77"));
+    EXPECT_EQ(send(idOnly.call, idOnly.document("77")), 0u);
+    EXPECT_EQ(file.number(idOnly.rowsWith("77")), 0);
+    EXPECT_EQ(file.number(idOnly.rowsWith("1")), 1);
 }
 
-TEST_P(BareIdForm, Answers5WhenAKeyIsMissing)
+TEST_P(IdOnlyForm, Returns5WhenAKeyIsMissing)
 {
-    const BareId &bareId = GetParam();
+    const IdOnly &idOnly = GetParam();
     const auto before = stored();
     const DebugLines lines;
-    for (const std::string &key : bareId.keys) {
+    for (const std::string &key : idOnly.keys) {
         SCOPED_TRACE(key);
-        EXPECT_EQ(send(bareId.call, bareId.document("1", key)), 5u);
+        EXPECT_EQ(send(idOnly.call, idOnly.document("1", key)), 5u);
     }
     EXPECT_EQ(stored(), before);
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_P(BareIdForm, Answers5ForEveryOtherKey)
+TEST_P(IdOnlyForm, Returns5ForEveryOtherKey)
 {
-    const BareId &bareId = GetParam();
+    const IdOnly &idOnly = GetParam();
     const auto before = stored();
     for (const std::string key : {"", "id", "ID", "op_id", "domain_id", "org_id", "site_id", "user_id", "device_id",
                                   "contract_id", "contractor_id", "section", "zone", "device", "items"}) {
-        if (std::find(bareId.keys.begin(), bareId.keys.end(), key) != bareId.keys.end())
+        if (std::find(idOnly.keys.begin(), idOnly.keys.end(), key) != idOnly.keys.end())
             continue;
         SCOPED_TRACE(key);
-        EXPECT_EQ(send(bareId.call, envelope("{\"" + key + "\":1}")), 5u);
+        EXPECT_EQ(send(idOnly.call, envelope("{\"" + key + "\":1}")), 5u);
     }
     EXPECT_EQ(stored(), before);
 }
 
-TEST_P(BareIdForm, TakesAnotherTypeForTheNumberZero)
+TEST_P(IdOnlyForm, TakesAnotherTypeForTheNumberZero)
 {
-    const BareId &bareId = GetParam();
+    const IdOnly &idOnly = GetParam();
     for (const char *value : {R"("1")", "true", "null", "{}", "[1]", R"({"id":1})"}) {
         SCOPED_TRACE(value);
-        EXPECT_EQ(send(bareId.call, bareId.document(value)), 8u);
-        foreign(bareId.insertion("0"));
-        EXPECT_EQ(send(bareId.call, bareId.document(value)), 0u);
-        EXPECT_EQ(file.number(bareId.rowsWith("0")), 0);
+        EXPECT_EQ(send(idOnly.call, idOnly.document(value)), 8u);
+        foreign(idOnly.insertion("0"));
+        EXPECT_EQ(send(idOnly.call, idOnly.document(value)), 0u);
+        EXPECT_EQ(file.number(idOnly.rowsWith("0")), 0);
     }
-    EXPECT_EQ(file.number(bareId.rowsWith("1")), 1);
+    EXPECT_EQ(file.number(idOnly.rowsWith("1")), 1);
 }
 
-TEST_P(BareIdForm, TakesTheLow32BitsOfANumber)
+TEST_P(IdOnlyForm, TakesTheLow32BitsOfANumber)
 {
-    const BareId &bareId = GetParam();
+    const IdOnly &idOnly = GetParam();
     const std::vector<std::pair<std::string, std::string>> numbers = {
         {"7.9", "7"},         {"-0.5", "0"},
         {"-1", "4294967295"}, {"4294967295", "4294967295"},
@@ -540,42 +540,42 @@ TEST_P(BareIdForm, TakesTheLow32BitsOfANumber)
         {"1e300", "0"}};
     for (const auto &[json, number] : numbers) {
         SCOPED_TRACE(json);
-        foreign(bareId.insertion(number));
-        EXPECT_EQ(send(bareId.call, bareId.document(json)), 0u);
-        EXPECT_EQ(file.number(bareId.rowsWith(number)), 0);
+        foreign(idOnly.insertion(number));
+        EXPECT_EQ(send(idOnly.call, idOnly.document(json)), 0u);
+        EXPECT_EQ(file.number(idOnly.rowsWith(number)), 0);
     }
 }
 
-TEST_P(BareIdForm, IgnoresEverythingElse)
+TEST_P(IdOnlyForm, IgnoresEverythingElse)
 {
-    const BareId &bareId = GetParam();
-    std::string document = bareId.document("1");
+    const IdOnly &idOnly = GetParam();
+    std::string document = idOnly.document("1");
     document.insert(document.size() - 2, R"(,"name":null,"items":5,"x":{"y":[]})");
-    EXPECT_EQ(send(bareId.call, document), 0u);
-    EXPECT_EQ(file.number(bareId.rowsWith("1")), 0);
+    EXPECT_EQ(send(idOnly.call, document), 0u);
+    EXPECT_EQ(file.number(idOnly.rowsWith("1")), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Exports, BareIdForm,
-    ::testing::Values(BareId{"deleteContract", deleteContract, {"id"}, {"ContractsId"}, "Contracts"},
-                      BareId{"deleteContractor", deleteContractor, {"id"}, {"ContractorsId"}, "Contractors"},
-                      BareId{"deleteUser", deleteUser, {"op_id"}, {"UsersId"}, "Users"},
-                      BareId{"deleteDomain", deleteDomain, {"domain_id"}, {"DomainsId"}, "Domains"},
-                      BareId{
+    Exports, IdOnlyForm,
+    ::testing::Values(IdOnly{"deleteContract", deleteContract, {"id"}, {"ContractsId"}, "Contracts"},
+                      IdOnly{"deleteContractor", deleteContractor, {"id"}, {"ContractorsId"}, "Contractors"},
+                      IdOnly{"deleteUser", deleteUser, {"op_id"}, {"UsersId"}, "Users"},
+                      IdOnly{"deleteDomain", deleteDomain, {"domain_id"}, {"DomainsId"}, "Domains"},
+                      IdOnly{
                           "deleteOrganization", deleteOrganization, {"org_id"}, {"OrganizationsId"}, "Organizations"},
-                      BareId{"deleteDevice", deleteDevice, {"id"}, {"DevicesId"}, "Devices"},
-                      BareId{"deleteSite", deleteSite, {"site_id"}, {"SitesId"}, "Sites"},
-                      BareId{"deleteSection",
+                      IdOnly{"deleteDevice", deleteDevice, {"id"}, {"DevicesId"}, "Devices"},
+                      IdOnly{"deleteSite", deleteSite, {"site_id"}, {"SitesId"}, "Sites"},
+                      IdOnly{"deleteSection",
                              deleteSection,
                              {"device", "section"},
                              {"SectionsDeviceId", "SectionsSectionId"},
                              "Sections"},
-                      BareId{"deleteZone",
+                      IdOnly{"deleteZone",
                              deleteZone,
                              {"device", "section", "zone"},
                              {"ZonesDeviceId", "ZonesSectionId", "ZonesZoneId"},
                              "Zones"}),
-    nameOf<BareId>);
+    nameOf<IdOnly>);
 
 class LeadingIds : public Reading
 {
@@ -741,17 +741,17 @@ const std::vector<Member> eventMembers = {{"time", Kind::number, "EventsTime"},
                                           {"affect", Kind::flag, "EventsAffect"},
                                           {"jdata", Kind::text, "EventsJData"}};
 
-// One place where an object of some kind stands: the document around it, and the row 1 that it becomes.
+// One place for an object of some kind: the document around it, and the row 1 that it becomes.
 struct Place
 {
     std::string name;
     Call call;
     std::string before;
     std::string after;
-    std::vector<std::string> idKeys; // the second one stands in for the first
+    std::vector<std::string> idKeys; // the second one replaces a missing first
     std::vector<Member> members;
     std::string row;       // where the members go; empty if they are read and not stored
-    uint32_t accepted = 0; // the answer to an object that passes
+    uint32_t accepted = 0; // the result for a valid object
 
     std::string document(const std::string &object) const { return before + object + after; }
     std::string id(const std::string &value = "1") const { return "\"" + idKeys[0] + "\":" + value; }
@@ -1577,14 +1577,14 @@ TEST_F(Flags, OfAnEventAreSetByAWholeNumber)
 class Phones : public Reading
 {
 protected:
-    // What stands in the column, a floating point number, beside the number that it should be.
+    // The floating point number in the column, and the number that it should be.
     Row column(const std::string &number) const
     {
         return file.rows("SELECT typeof(UsersPhone), UsersPhone = " + number + " FROM Users WHERE UsersId = 1").at(0);
     }
 };
 
-// A JSON number, the unsigned number that it becomes, and the number that comes back out of the column.
+// A JSON number, the unsigned number that it becomes, and the number that is read back from the column.
 struct Phone
 {
     std::string json;
@@ -1608,7 +1608,7 @@ const std::vector<Phone> phones = {
     {"9007199254740991", "9007199254740991", 9007199254740992ull}, // rounded on its way out of the column
     {"9007199254740993", "9007199254740992", 9007199254740992ull}, // no double
     {"9223372036854774784", "9223372036854774784", 9223372036854774784ull},
-    // From there to 2^64 it is kept. What comes out of the column goes through a signed number and ends at 2^63.
+    // From there to 2^64 it is kept. A read converts the column to a signed number, which ends at 2^63.
     {"9223372036854775807", "9223372036854775808", half},
     {"9223372036854775808", "9223372036854775808", half},
     {"9223372036854777856", "9223372036854777856", half},

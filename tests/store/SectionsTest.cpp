@@ -27,7 +27,7 @@ const char *const columnNames[] = {"SectionsDeviceId", "SectionsSectionId", "Sec
                                    "SectionsTracert",  "SectionsFlags",     "SectionsDetector", "SectionsArm",
                                    "SectionsPhysic",   "SectionsForm",      "SectionsDelay",    "SectionsUidType"};
 
-// Every field of section 1 with a value of its own, as a document gives them and as the file then holds them.
+// Every field of section 1 with a different value, in a document and as stored in the file.
 const char *const fullMembers = R"("name":"Hall","schedule_id":2,"tracert":3,"flags":4,"detector":5,"arm":6,)"
                                 R"("physic":7,"form":8,"delay":9,"uid_type":11)";
 const Row fullRow{"10", "1", "Hall", "2", "3", "4", "5", "6", "7", "8", "9", "11"};
@@ -37,7 +37,7 @@ const Row bareRow{"10", "1", none, none, none, none, none, none, none, none, non
 const char *const wrongNumbers[] = {R"("5")", "true", "null", "[]", "{}"};
 const char *const wrongTexts[] = {"5", "true", "null", "[]", "{}"};
 
-// The update of section 1 of device 10, with further members behind the two ids.
+// The update of section 1 of device 10, with further members after the two ids.
 std::string sectionUpdate(const std::string &members = "")
 {
     return R"({"D":{"device":10,"id":1)" + (members.empty() ? members : "," + members) + "}}";
@@ -324,7 +324,7 @@ TEST_F(Sections, UpdateKeepsTheLowBitsOfANumber)
     EXPECT_EQ(file.value("SELECT SectionsFlags FROM Sections"), "4294967295");
 }
 
-TEST_F(Sections, UpdateCarriesANameOfAnyScript)
+TEST_F(Sections, UpdateStoresANameOfAnyScript)
 {
     ASSERT_EQ(send(addDevice, R"({"D":{"id":10}})"), 0u);
     const auto section = update(updateSection, sectionUpdate(R"("name":"Зал 'é' 😀")"));
@@ -544,9 +544,9 @@ TEST_F(Sections, UpdateReadsZonesOfAnotherTypeAsNone)
     EXPECT_EQ(rows(), std::vector<Row>{bareRow});
 }
 
-// ---- Update: the device behind it ----
+// ---- Update: the parent device ----
 
-TEST_F(Sections, UpdateForAnUnknownDeviceAnswers11AndStays)
+TEST_F(Sections, UpdateForAnUnknownDeviceReturns11AndIsStored)
 {
     const DebugLines lines;
     const auto section = update(updateSection, sectionUpdate(R"("name":"x")"));
@@ -575,7 +575,7 @@ TEST_F(Sections, UpdateAsksForTheDeviceOfTheDocument)
     EXPECT_EQ(update(updateSection, sectionUpdate()).code, 0u);
 }
 
-TEST_F(Sections, UpdateAnswers7WhereTheDeviceCannotBeAskedForAndStays)
+TEST_F(Sections, UpdateReturns7IfTheDeviceCannotBeReadAndIsStored)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":1,"name":"a"})")), 0u);
     foreign("ALTER TABLE Devices RENAME TO Gone");
@@ -605,7 +605,7 @@ TEST_F(Sections, UpdateWhoseDeviceCheckFailedDoesNotBlockTheNext)
 
 // ---- Update: failures ----
 
-TEST_F(Sections, UpdateThatCannotBeWrittenAnswers9)
+TEST_F(Sections, UpdateThatCannotBeWrittenReturns9)
 {
     refuse("INSERT", "Sections");
     const DebugLines lines;
@@ -628,7 +628,7 @@ TEST_F(Sections, UpdateThatCannotBeMergedKeepsTheRow)
     EXPECT_EQ(update(updateSection, R"({"D":{"device":10,"id":2}})").code, 0u);
 }
 
-TEST_F(Sections, UpdateOfAMissingColumnFailsWhereItIsNamedOnly)
+TEST_F(Sections, UpdateOfAMissingColumnFailsOnlyIfItIsNamed)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":1,"name":"a"})")), 0u);
     foreign("ALTER TABLE Sections RENAME COLUMN SectionsForm TO Gone");
@@ -664,7 +664,7 @@ TEST_F(Sections, UpdateThatFailsDoesNotAskForTheDevice)
     EXPECT_TRUE(isFailure(lines.all(), "add or update section error"));
 }
 
-TEST_F(Sections, UpdateWhoseRowIsNotFoundAgainAnswers8AndIsCommitted)
+TEST_F(Sections, UpdateWhoseRowIsNotFoundAgainReturns8AndIsCommitted)
 {
     foreign("CREATE TRIGGER Move AFTER INSERT ON Sections BEGIN UPDATE Sections SET SectionsSectionId=99; END;"
             "DROP TABLE Devices");
@@ -676,7 +676,7 @@ TEST_F(Sections, UpdateWhoseRowIsNotFoundAgainAnswers8AndIsCommitted)
     EXPECT_EQ(file.rows("SELECT SectionsSectionId,SectionsName FROM Sections"), (std::vector<Row>{Row{"99", "x"}}));
 }
 
-TEST_F(Sections, UpdateGivesTheRowAsStored)
+TEST_F(Sections, UpdateReturnsTheRowAsStored)
 {
     ASSERT_EQ(send(addDevice, R"({"D":{"id":10}})"), 0u);
     foreign("CREATE TRIGGER Change AFTER INSERT ON Sections BEGIN UPDATE Sections SET SectionsName='changed'; END");
@@ -687,7 +687,7 @@ TEST_F(Sections, UpdateGivesTheRowAsStored)
 
 // ---- Zones that cannot be read ----
 
-TEST_F(Sections, GetWithUnreadableZonesGivesNone)
+TEST_F(Sections, GetWithUnreadableZonesReturnsNone)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":1,"name":"a","zones":[{"id":5}]})")), 0u);
     foreign("ALTER TABLE Zones RENAME TO Gone");
@@ -699,7 +699,7 @@ TEST_F(Sections, GetWithUnreadableZonesGivesNone)
     EXPECT_TRUE(isFailure(lines.all(), "get zones for device section error"));
 }
 
-TEST_F(Sections, ListWithUnreadableZonesGivesEverySection)
+TEST_F(Sections, ListWithUnreadableZonesReturnsEverySection)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":1,"name":"a","zones":[{"id":5}]},{"id":2,"name":"b"})")), 0u);
     foreign("ALTER TABLE Zones RENAME TO Gone");
@@ -714,7 +714,7 @@ TEST_F(Sections, ListWithUnreadableZonesGivesEverySection)
     EXPECT_EQ(lines.allWithErrorsAt({1, 3, 5, 7}), expected);
 }
 
-TEST_F(Sections, ListByFieldWithUnreadableZonesGivesTheSection)
+TEST_F(Sections, ListByFieldWithUnreadableZonesReturnsTheSection)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":1,"name":"a","zones":[{"id":5}]},{"id":2,"name":"b"})")), 0u);
     foreign("ALTER TABLE Zones RENAME TO Gone");
@@ -727,7 +727,7 @@ TEST_F(Sections, ListByFieldWithUnreadableZonesGivesTheSection)
     EXPECT_TRUE(isFailure(lines.all(), "get zones for device section error"));
 }
 
-TEST_F(Sections, ListGivesTheZonesThatCanBeRead)
+TEST_F(Sections, ListReturnsTheZonesThatCanBeRead)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":1,"zones":[{"id":5}]},{"id":2,"zones":[{"id":6}]},)"
                                          R"({"id":3,"zones":[{"id":7}]})")),
@@ -753,7 +753,7 @@ TEST_F(Sections, ListGivesTheZonesThatCanBeRead)
     }
 }
 
-TEST_F(Sections, UpdateWithUnreadableZonesAnswers0AndIsUndone)
+TEST_F(Sections, UpdateWithUnreadableZonesReturns0AndIsUndone)
 {
     ASSERT_EQ(send(addDevice, R"({"D":{"id":10}})"), 0u);
     foreign("ALTER TABLE Zones RENAME TO Gone");
@@ -778,7 +778,7 @@ TEST_F(Sections, UpdateWithUnreadableZonesKeepsTheOldRow)
     EXPECT_EQ(rows(), std::vector<Row>{fullRow});
 }
 
-TEST_F(Sections, UpdateForAnUnknownDeviceWithUnreadableZonesAnswers11AndIsUndone)
+TEST_F(Sections, UpdateForAnUnknownDeviceWithUnreadableZonesReturns11AndIsUndone)
 {
     foreign("ALTER TABLE Zones RENAME TO Gone");
     const DebugLines lines;
@@ -791,7 +791,7 @@ TEST_F(Sections, UpdateForAnUnknownDeviceWithUnreadableZonesAnswers11AndIsUndone
 
 // ---- Reading ----
 
-TEST_F(Sections, EveryReadGivesEveryField)
+TEST_F(Sections, EveryReadReturnsEveryField)
 {
     foreign("INSERT INTO Sections VALUES (10,1,'Hall',2,3,4,5,6,7,8,9,11);"
             "INSERT INTO Zones VALUES (10,1,5,'Door',21,22,23,24,25,26,27,28,29)");
@@ -877,7 +877,7 @@ TEST_F(Sections, GetTakesTheSectionBeforeTheDevice)
     EXPECT_EQ(utf8(section->name), "right");
 }
 
-TEST_F(Sections, GetOfAnUnknownPairAnswers8)
+TEST_F(Sections, GetOfAnUnknownPairReturns8)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":1})")), 0u);
     const DebugLines lines;
@@ -887,7 +887,7 @@ TEST_F(Sections, GetOfAnUnknownPairAnswers8)
     EXPECT_EQ(lines.all(), std::vector<std::string>{});
 }
 
-TEST_F(Sections, ReadsGiveTheZonesOfTheirOwnSectionAndDevice)
+TEST_F(Sections, ReadsReturnTheZonesOfTheirOwnSectionAndDevice)
 {
     ASSERT_EQ(send(addDevices, R"({"D":{"items":[{"id":10,"sections":[{"id":1,"zones":[{"id":5},{"id":6}]},)"
                                R"({"id":2,"zones":[{"id":7}]},{"id":3}]},)"
@@ -919,7 +919,7 @@ TEST_F(Sections, ListNeedsNoDevice)
     EXPECT_EQ(sections.withId(3), nullptr);
 }
 
-TEST_F(Sections, ListOfADeviceWithoutSectionsAnswers8)
+TEST_F(Sections, ListOfADeviceWithoutSectionsReturns8)
 {
     ASSERT_EQ(send(addDevices, R"({"D":{"items":[{"id":10},{"id":11,"sections":[{"id":1}]}]}})"), 0u);
     const DebugLines lines;
@@ -931,7 +931,7 @@ TEST_F(Sections, ListOfADeviceWithoutSectionsAnswers8)
     EXPECT_EQ(lines.all(), std::vector<std::string>{});
 }
 
-TEST_F(Sections, GetThatCannotBeReadAnswers7)
+TEST_F(Sections, GetThatCannotBeReadReturns7)
 {
     foreign("ALTER TABLE Sections RENAME TO Gone");
     const DebugLines lines;
@@ -939,7 +939,7 @@ TEST_F(Sections, GetThatCannotBeReadAnswers7)
     EXPECT_TRUE(isFailure(lines.all(), "get sections for device by id error"));
 }
 
-TEST_F(Sections, ListThatCannotBeReadAnswers7)
+TEST_F(Sections, ListThatCannotBeReadReturns7)
 {
     foreign("ALTER TABLE Sections RENAME TO Gone");
     const DebugLines lines;
@@ -951,7 +951,7 @@ TEST_F(Sections, ListThatCannotBeReadAnswers7)
     EXPECT_TRUE(isFailure(lines.all(), "get sections for device error"));
 }
 
-TEST_F(Sections, ListByFieldThatCannotBeReadAnswers7)
+TEST_F(Sections, ListByFieldThatCannotBeReadReturns7)
 {
     foreign("ALTER TABLE Sections RENAME TO Gone");
     const DebugLines lines;
@@ -1047,7 +1047,7 @@ TEST_F(Sections, ListByFieldComparesNamesExactly)
     EXPECT_EQ(unnamed[0].id, 3u);
 }
 
-TEST_F(Sections, ListByFieldWithoutAMatchAnswers8)
+TEST_F(Sections, ListByFieldWithoutAMatchReturns8)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":1,"name":"a"})")), 0u);
     const DebugLines lines;
@@ -1061,7 +1061,7 @@ TEST_F(Sections, ListByFieldWithoutAMatchAnswers8)
 
 // ---- Guards ----
 
-TEST_F(Sections, OutPointerInUseIsRefusedAndNothingTouched)
+TEST_F(Sections, OutParameterInUseIsRefusedAndNothingTouched)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":1,"name":"a"})")), 0u);
     FlatSection block{};
@@ -1078,7 +1078,7 @@ TEST_F(Sections, OutPointerInUseIsRefusedAndNothingTouched)
     EXPECT_EQ(lines.all(), std::vector<std::string>{});
 }
 
-TEST_F(Sections, OutPointerInUseComesBeforeEveryOtherFault)
+TEST_F(Sections, OutParameterInUseComesBeforeEveryOtherFault)
 {
     library.reset();
     FlatSection block{};

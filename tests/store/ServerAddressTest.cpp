@@ -132,7 +132,7 @@ TEST_F(ServerAddress, MayBeLong)
     EXPECT_TRUE(address() == text);
 }
 
-TEST_F(ServerAddress, EndsWithTheLengthGiven)
+TEST_F(ServerAddress, EndsAtTheGivenLength)
 {
     const std::u16string text = u"abcdef";
     EXPECT_EQ(setServerIp(reinterpret_cast<const uint16_t *>(text.data()), 3), 0u);
@@ -161,7 +161,7 @@ TEST_F(ServerAddress, IsNotEmptyWhenItIsANul)
     EXPECT_EQ(std::vector<uint16_t>(out, out + 2), (std::vector<uint16_t>{0, 0}));
 }
 
-// As in every text that comes in, the mark tells the order of the bytes and is no part of the text.
+// As in every text argument, a byte order mark selects the byte order and is not part of the text.
 TEST_F(ServerAddress, LosesALeadingByteOrderMark)
 {
     EXPECT_EQ(set("\uFEFFa"), 0u);

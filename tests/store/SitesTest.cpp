@@ -95,7 +95,7 @@ protected:
         ASSERT_EQ(send(addDomains, R"({"D":{"items":[{"id":3,"name":"day","org_id":33,"locale_id":1}]}})"), 0u);
     }
 
-    // Domain 3 is there, but its name overflows as soon as a statement reads that row.
+    // Domain 3 exists, but its name overflows as soon as a statement reads that row.
     void addUnreadableDomain()
     {
         foreign("INSERT INTO Domains (DomainsId) VALUES (3), (5);"
@@ -202,7 +202,7 @@ TEST_F(Sites, AddKeepsAnEmptyTextApartFromAnAbsentOne)
     EXPECT_EQ(utf8(site->address), "");
 }
 
-TEST_F(Sites, TextsComeBackAsTheyWent)
+TEST_F(Sites, TextsAreReturnedAsStored)
 {
     const std::string text = "Склад №5 \xF0\x9F\x94\x92 " + std::string(300, 'x');
     ASSERT_EQ(send(addSites, batch(R"({"id":7,"name":")" + text + "\"}")), 0u);
@@ -384,7 +384,7 @@ TEST_F(Sites, AddIgnoresUnknownKeys)
     EXPECT_EQ(file.rows(allSites), Rows{expected});
 }
 
-TEST_F(Sites, AddAnswersForABrokenDocument)
+TEST_F(Sites, AddRefusesABrokenDocument)
 {
     EXPECT_EQ(send(addSites, ""), 10u);
     EXPECT_EQ(send(addSites, "not json"), 10u);
@@ -477,7 +477,7 @@ TEST_F(Sites, AddWithoutDevicesOrLocationWritesToSitesOnly)
     EXPECT_EQ(file.number("SELECT count(*) FROM Sites"), 2);
 }
 
-TEST_F(Sites, AddAnswers9WithoutTheTable)
+TEST_F(Sites, AddReturns9WithoutTheTable)
 {
     foreign("DROP TABLE Sites");
     DebugLines lines;
@@ -488,7 +488,7 @@ TEST_F(Sites, AddAnswers9WithoutTheTable)
 
 // ---- Reading ----
 
-TEST_F(Sites, GetGivesEveryField)
+TEST_F(Sites, GetReturnsEveryField)
 {
     ASSERT_EQ(send(addSites, batch(fullSite)), 0u);
     const auto site = get(getSite, 7);
@@ -513,7 +513,7 @@ TEST_F(Sites, GetGivesEveryField)
     EXPECT_EQ(value(site->location->longitude), -37.25);
 }
 
-TEST_F(Sites, GetGivesNullForEveryFieldAbsent)
+TEST_F(Sites, GetReturnsNullForEveryFieldAbsent)
 {
     ASSERT_EQ(send(addSites, batch(R"({"id":7})")), 0u);
     const auto site = get(getSite, 7);
@@ -571,7 +571,7 @@ TEST_F(Sites, TheSitePlanFlagIsReadAsANumberAndTheOtherFlagsAsFlags)
     EXPECT_EQ(value(number->isSitePlanExists), 1);
 }
 
-TEST_F(Sites, GetGivesTheContractWithAllThatItRefersTo)
+TEST_F(Sites, GetReturnsTheContractWithAllThatItRefersTo)
 {
     addContractChain();
     ASSERT_EQ(send(addSites, batch(R"({"id":7,"contract_id":11})")), 0u);
@@ -597,7 +597,7 @@ TEST_F(Sites, GetGivesTheContractWithAllThatItRefersTo)
     EXPECT_EQ(utf8(contract.contractor->extra), "x");
 }
 
-TEST_F(Sites, GetGivesTheOperatorOfTheContractWithDomainAndLocale)
+TEST_F(Sites, GetReturnsTheOperatorOfTheContractWithDomainAndLocale)
 {
     addContractChain();
     ASSERT_EQ(send(addSites, batch(R"({"id":7,"contract_id":11})")), 0u);
@@ -747,7 +747,7 @@ TEST_F(Sites, AnUnknownDomainLeavesItsIdAlone)
     EXPECT_EQ(sites[0].domain, nullptr);
 }
 
-TEST_F(Sites, GetAnswers8ForAnUnknownId)
+TEST_F(Sites, GetReturns8ForAnUnknownId)
 {
     ASSERT_EQ(send(addSites, batch(fullSite)), 0u);
     DebugLines lines;
@@ -772,7 +772,7 @@ TEST_F(Sites, AllReadsRefuseAFilledOutParameterBeforeTheStore)
     EXPECT_EQ(lines.all(), std::vector<std::string>{});
 }
 
-TEST_F(Sites, ListAnswers8ForAnEmptyTable)
+TEST_F(Sites, ListReturns8ForAnEmptyTable)
 {
     FlatSite *out = nullptr;
     uint32_t count = 77;
@@ -781,7 +781,7 @@ TEST_F(Sites, ListAnswers8ForAnEmptyTable)
     EXPECT_EQ(count, 77u);
 }
 
-TEST_F(Sites, ListGivesEverySiteWithItsOwn)
+TEST_F(Sites, ListReturnsEverySiteWithItsOwn)
 {
     addContractChain();
     addOwnDomain();
@@ -838,7 +838,7 @@ TEST_F(Sites, EverySearchableKeyFindsItsSite)
     }
 }
 
-TEST_F(Sites, AKeyThatCannotBeSearchedAnswers10BeforeTheStore)
+TEST_F(Sites, AKeyThatCannotBeSearchedReturns10BeforeTheStore)
 {
     foreign("DROP TABLE Sites");
     DebugLines lines;
@@ -854,7 +854,7 @@ TEST_F(Sites, AKeyThatCannotBeSearchedAnswers10BeforeTheStore)
     EXPECT_EQ(lines.all(), std::vector<std::string>{});
 }
 
-TEST_F(Sites, SearchingGivesAllThatFitWithTheirOwn)
+TEST_F(Sites, SearchingReturnsAllThatFitWithTheirOwn)
 {
     addContractChain();
     addOwnDomain();
@@ -894,7 +894,7 @@ class SitesTables : public Sites, public ::testing::WithParamInterface<const cha
 {
 };
 
-TEST_P(SitesTables, ReadsAnswer7WithoutATableOfTheJoin)
+TEST_P(SitesTables, ReadsReturn7WithoutATableOfTheJoin)
 {
     ASSERT_EQ(send(addSites, batch(R"({"id":7})")), 0u);
     foreign(std::string("DROP TABLE ") + GetParam());
@@ -925,7 +925,7 @@ INSTANTIATE_TEST_SUITE_P(Join, SitesTables,
                                            "Locales"),
                          [](const auto &table) { return std::string(table.param); });
 
-TEST_F(Sites, GetAnswers7WhenTheDomainCannotBeRead)
+TEST_F(Sites, GetReturns7WhenTheDomainCannotBeRead)
 {
     ASSERT_EQ(send(addSites, batch(R"({"id":7,"domain":3},{"id":8,"domain":5})")), 0u);
     addUnreadableDomain();
@@ -937,7 +937,7 @@ TEST_F(Sites, GetAnswers7WhenTheDomainCannotBeRead)
     EXPECT_EQ(get(getSite, 8).code, 0u);
 }
 
-TEST_F(Sites, AListAnswers7WhenTheDomainOfOneSiteCannotBeRead)
+TEST_F(Sites, AListReturns7WhenTheDomainOfOneSiteCannotBeRead)
 {
     ASSERT_EQ(send(addSites, batch(R"({"id":1,"name":"n","domain":5},{"id":2,"name":"n","domain":3},)"
                                    R"({"id":3,"name":"n","domain":3})")),
@@ -992,7 +992,7 @@ TEST_F(Sites, AnEmptyNameAndAddressAreTexts)
     EXPECT_EQ(texts.address, "");
 }
 
-TEST_F(Sites, NameAndAddressOfAnUnknownSiteAnswer8)
+TEST_F(Sites, NameAndAddressOfAnUnknownSiteReturn8)
 {
     ASSERT_EQ(send(addSites, batch(fullSite)), 0u);
     DebugLines lines;
@@ -1028,7 +1028,7 @@ TEST_F(Sites, NameAndAddressNeedTheirOwnTableOnly)
     EXPECT_EQ(texts.address, "a");
 }
 
-TEST_F(Sites, NameAndAddressAnswer7WhenTheSiteCannotBeLookedFor)
+TEST_F(Sites, NameAndAddressReturn7WhenTheSiteCannotBeFound)
 {
     foreign("DROP TABLE Sites");
     DebugLines lines;
@@ -1039,7 +1039,7 @@ TEST_F(Sites, NameAndAddressAnswer7WhenTheSiteCannotBeLookedFor)
     EXPECT_TRUE(isFailure(lines.all(), "is site exists error"));
 }
 
-TEST_F(Sites, NameAndAddressAnswer7WhenTheyCannotBeRead)
+TEST_F(Sites, NameAndAddressReturn7WhenTheyCannotBeRead)
 {
     for (const char *column : {"SitesName", "SitesAddress"}) {
         SCOPED_TRACE(column);
@@ -1100,7 +1100,7 @@ TEST_F(Sites, UpdateChangesEveryFieldAtOnce)
     EXPECT_EQ(file.rows(allLocations), (Rows{Row{"7", "55.5", "-37.25"}}));
 }
 
-TEST_F(Sites, UpdateGivesTheMergedSiteWithAllThatItRefersTo)
+TEST_F(Sites, UpdateReturnsTheMergedSiteWithAllThatItRefersTo)
 {
     addContractChain();
     addOwnDomain();
@@ -1206,7 +1206,7 @@ TEST_F(Sites, UpdateRefusesAWrongTypeUnderAnyKey)
     EXPECT_EQ(file.number("SELECT count(*) FROM Sites"), 0);
 }
 
-TEST_F(Sites, UpdateAnswersForABrokenDocument)
+TEST_F(Sites, UpdateRefusesABrokenDocument)
 {
     EXPECT_EQ(update(updateSite, "").code, 10u);
     EXPECT_EQ(update(updateSite, "not json").code, 10u);
@@ -1293,7 +1293,7 @@ TEST_F(Sites, AnUnreadableDomainUndoesTheUpdate)
     EXPECT_EQ(update(updateSite, one(R"({"id":7,"name":"new","domain":5})")).code, 0u);
 }
 
-TEST_F(Sites, AnUpdateWhoseRowIsGoneAnswers8AndStays)
+TEST_F(Sites, AnUpdateWhoseRowIsGoneReturns8AndIsStored)
 {
     foreign("CREATE TRIGGER Vanish AFTER INSERT ON Sites BEGIN DELETE FROM Sites WHERE SitesId = NEW.SitesId; END");
     DebugLines lines;
@@ -1339,7 +1339,7 @@ TEST_F(Sites, DeleteReadsTheIdUnderSiteId)
     EXPECT_EQ(file.number("SELECT count(*) FROM Sites"), 0);
 }
 
-TEST_F(Sites, DeleteAnswers8ForAnUnknownId)
+TEST_F(Sites, DeleteReturns8ForAnUnknownId)
 {
     ASSERT_EQ(send(addSites, batch(fullSite)), 0u);
     foreign("INSERT INTO Locations VALUES (8, 1, 2)");
@@ -1364,7 +1364,7 @@ TEST_F(Sites, DeleteConvertsTheIdAndTakesAnyOtherTypeForZero)
     EXPECT_EQ(file.number("SELECT count(*) FROM Sites"), 0);
 }
 
-TEST_F(Sites, DeleteAnswersForABrokenDocument)
+TEST_F(Sites, DeleteRefusesABrokenDocument)
 {
     EXPECT_EQ(send(deleteSite, ""), 10u);
     EXPECT_EQ(send(deleteSite, "not json"), 10u);
@@ -1406,7 +1406,7 @@ TEST_F(Sites, DeleteTakesTheLocationFirst)
     EXPECT_TRUE(isFailure(lines.all(), "delete location error"));
 }
 
-TEST_F(Sites, DeleteAnswers7WhenTheDomainCannotBeRead)
+TEST_F(Sites, DeleteReturns7WhenTheDomainCannotBeRead)
 {
     ASSERT_EQ(send(addSites, batch(R"({"id":7,"domain":3})")), 0u);
     addUnreadableDomain();

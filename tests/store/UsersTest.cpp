@@ -1,5 +1,5 @@
-// Users through the exported functions: batches that replace, updates that merge, removal, reads with the domain and
-// its locale joined in, queries by a field, and what each of them leaves behind when a statement fails.
+// Users through the exported functions: batches that replace, updates that keep absent members, deletes, reads with
+// the joined domain and locale, queries by a field, and the store after each of them fails.
 #include "Store.h"
 
 #ifdef __GLIBC__
@@ -10,7 +10,7 @@ using namespace brimlet::test;
 
 namespace {
 
-// Every field, each with a value of its own.
+// Every field, each with a different value.
 const char *const Ann = R"({"id":7,"name":"Ann","login":"ann7","contacts":"room 5","active":1,"domain":3,"org":2,)"
                         R"("roles":4,"phone":79991234567})";
 
@@ -19,7 +19,7 @@ class Users : public StoreTest
 protected:
     uint32_t add(const std::string &items) { return send(addUsers, batch(items)); }
 
-    // A user's columns behind the id, in the order of the table.
+    // A user's columns after the id, in the order of the table.
     Row stored(const std::string &id) const
     {
         const std::vector<Row> found =
@@ -212,7 +212,7 @@ TEST_F(Users, ActiveIsTrueForAWholeNumberOtherThanZeroOnly)
     }
 }
 
-TEST_F(Users, PhonesComeBackAsFarAsADoubleCarriesThem)
+TEST_F(Users, PhonesAreReturnedAsExactlyAsADoubleStoresThem)
 {
     const std::vector<std::pair<const char *, uint64_t>> cases{
         {"79991234567", 79991234567u},
@@ -268,7 +268,7 @@ std::string withWrong(const char *key, const char *value)
     return "{" + id + "\"" + key + "\":" + value + "}";
 }
 
-TEST_F(Users, AddAnswers5ForAWrongTypeUnderAnyKey)
+TEST_F(Users, AddReturns5ForAWrongTypeUnderAnyKey)
 {
     const DebugLines lines;
     for (const Wrong &wrong : WrongTypes)
@@ -280,7 +280,7 @@ TEST_F(Users, AddAnswers5ForAWrongTypeUnderAnyKey)
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_F(Users, UpdateAnswers5ForAWrongTypeUnderAnyKey)
+TEST_F(Users, UpdateReturns5ForAWrongTypeUnderAnyKey)
 {
     EXPECT_EQ(add(Ann), 0u);
     const DebugLines lines;
@@ -306,7 +306,7 @@ TEST_F(Users, ABatchWithOneBadElementStoresNothing)
     }
 }
 
-TEST_F(Users, AddAnswersForBrokenDocuments)
+TEST_F(Users, AddRefusesBrokenDocuments)
 {
     const std::vector<std::pair<const char *, uint32_t>> cases{
         {"", 10},
@@ -333,7 +333,7 @@ TEST_F(Users, AddAnswersForBrokenDocuments)
     EXPECT_EQ(count(), 0);
 }
 
-TEST_F(Users, UpdateAnswersForBrokenDocuments)
+TEST_F(Users, UpdateRefusesBrokenDocuments)
 {
     const std::vector<std::pair<const char *, uint32_t>> cases{
         {"", 10},
@@ -358,7 +358,7 @@ TEST_F(Users, UpdateAnswersForBrokenDocuments)
     EXPECT_EQ(count(), 0);
 }
 
-TEST_F(Users, DeleteAnswersForBrokenDocuments)
+TEST_F(Users, DeleteRefusesBrokenDocuments)
 {
     EXPECT_EQ(add(R"({"id":0},{"id":7})"), 0u);
     const std::vector<std::pair<const char *, uint32_t>> cases{
@@ -381,7 +381,7 @@ TEST_F(Users, DeleteAnswersForBrokenDocuments)
     EXPECT_EQ(count(), 2);
 }
 
-TEST_F(Users, ANullTextAnswers10)
+TEST_F(Users, ANullTextReturns10)
 {
     FlatUser *user = nullptr;
     EXPECT_EQ(addUsers(nullptr, 0), 10u);
@@ -400,7 +400,7 @@ TEST_F(Users, ATextEndsAtItsLength)
 
 // ---- Reading ----
 
-TEST_F(Users, GetGivesEveryField)
+TEST_F(Users, GetReturnsEveryField)
 {
     EXPECT_EQ(send(addLocales, batch(R"({"id":1,"iso":"en","description":"English"})")), 0u);
     EXPECT_EQ(send(addDomains, batch(R"({"id":3,"name":"North","org_id":6,"locale_id":1})")), 0u);
@@ -426,7 +426,7 @@ TEST_F(Users, GetGivesEveryField)
     EXPECT_EQ(utf8(user->domain->locale->description), "English");
 }
 
-TEST_F(Users, GetGivesNullForEveryAbsentField)
+TEST_F(Users, GetReturnsNullForEveryAbsentField)
 {
     EXPECT_EQ(add(R"({"id":7})"), 0u);
     const auto user = get(getUser, 7);
@@ -443,7 +443,7 @@ TEST_F(Users, GetGivesNullForEveryAbsentField)
     EXPECT_EQ(user->orgId, nullptr);
 }
 
-TEST_F(Users, GetAnswers8ForAnUnknownIdAndLogsNothing)
+TEST_F(Users, GetReturns8ForAnUnknownIdAndLogsNothing)
 {
     EXPECT_EQ(add(Ann), 0u);
     const DebugLines lines;
@@ -503,7 +503,7 @@ TEST_F(Users, AUserWithoutADomainIdHasNoDomain)
     EXPECT_EQ(user->domain, nullptr);
 }
 
-TEST_F(Users, EachUserOfAListCarriesItsOwnDomain)
+TEST_F(Users, EachUserOfAnArrayHasItsOwnDomain)
 {
     EXPECT_EQ(send(addLocales, batch(R"({"id":1,"iso":"en"},{"id":2,"iso":"de"})")), 0u);
     EXPECT_EQ(send(addDomains, batch(R"({"id":3,"name":"North","locale_id":1},{"id":4,"org_id":5})")), 0u);
@@ -531,7 +531,7 @@ TEST_F(Users, EachUserOfAListCarriesItsOwnDomain)
     EXPECT_EQ(users.withId(4)->domain, nullptr);
 }
 
-TEST_F(Users, ListOfAnEmptyTableAnswers8AndLeavesTheOutputs)
+TEST_F(Users, ListOfAnEmptyTableReturns8AndLeavesTheOutputs)
 {
     const DebugLines lines;
     FlatUser *users = nullptr;
@@ -593,7 +593,7 @@ TEST_F(Users, EveryKeyFindsByItsOwnColumn)
     }
 }
 
-TEST_F(Users, EveryKeyAnswers8ForAValueThatNoRowHas)
+TEST_F(Users, EveryKeyReturns8ForAValueThatNoRowHas)
 {
     EXPECT_EQ(add(std::string(Ann) + R"(,{"id":8})"), 0u);
     const DebugLines lines;
@@ -607,7 +607,7 @@ TEST_F(Users, EveryKeyAnswers8ForAValueThatNoRowHas)
     EXPECT_EQ(lines.all(), std::vector<std::string>());
 }
 
-TEST_F(Users, AnyOtherKeyAnswers10)
+TEST_F(Users, AnyOtherKeyReturns10)
 {
     EXPECT_EQ(add(Ann), 0u);
     const DebugLines lines;
@@ -681,7 +681,7 @@ TEST_F(Users, ByAFieldJoinsTheDomainAndItsLocale)
 
 // ---- Updating ----
 
-TEST_F(Users, UpdateOfANewIdMakesTheRowAndGivesItBack)
+TEST_F(Users, UpdateOfANewIdInsertsTheRowAndReturnsIt)
 {
     const auto user = update(updateUser, one(Ann));
     ASSERT_EQ(user.code, 0u);
@@ -720,7 +720,7 @@ TEST_F(Users, UpdateOfANewIdAloneMakesARowOfNothingElse)
     EXPECT_EQ(stored("7"), nothing);
 }
 
-TEST_F(Users, UpdateOfAKnownIdAloneChangesNothingAndGivesTheStoredRow)
+TEST_F(Users, UpdateOfAKnownIdAloneChangesNothingAndReturnsTheStoredRow)
 {
     EXPECT_EQ(add(Ann), 0u);
     const auto user = update(updateUser, R"({"D":{"id":7}})");
@@ -824,7 +824,7 @@ TEST_F(Users, UpdateLeavesOtherRowsAlone)
     EXPECT_EQ(stored("8"), (Row{"Rob", {}, {}, {}, {}, {}, "1", {}}));
 }
 
-TEST_F(Users, UpdateGivesTheDomainAndItsLocaleFromTheStore)
+TEST_F(Users, UpdateReturnsTheDomainAndItsLocaleFromTheStore)
 {
     EXPECT_EQ(send(addLocales, batch(R"({"id":1,"iso":"en","description":"English"})")), 0u);
     EXPECT_EQ(send(addDomains, batch(R"({"id":3,"name":"North","org_id":6,"locale_id":1})")), 0u);
@@ -838,7 +838,7 @@ TEST_F(Users, UpdateGivesTheDomainAndItsLocaleFromTheStore)
     EXPECT_EQ(utf8(user->domain->locale->description), "English");
 }
 
-TEST_F(Users, UpdateKeepsTheRowWhereAddMakesANewOne)
+TEST_F(Users, UpdateKeepsTheRowAndAddReplacesIt)
 {
     EXPECT_EQ(add(std::string(Ann) + R"(,{"id":8})"), 0u);
     const std::string rowOfAnn = "SELECT rowid FROM Users WHERE UsersId = 7";
@@ -866,7 +866,7 @@ TEST_F(Users, UpdateAssignsTheIdToItself)
     EXPECT_EQ(update(updateUser, R"({"D":{"id":7}})").code, 9u);
 }
 
-TEST_F(Users, UpdateGivesWhatTheStoreHoldsAndNotWhatWasSent)
+TEST_F(Users, UpdateReturnsWhatTheStoreHoldsAndNotWhatWasSent)
 {
     foreign("CREATE TRIGGER Rename AFTER INSERT ON Users BEGIN UPDATE Users SET UsersName = 'stored', UsersRoles = 9"
             " WHERE UsersId = NEW.UsersId; END");
@@ -876,7 +876,7 @@ TEST_F(Users, UpdateGivesWhatTheStoreHoldsAndNotWhatWasSent)
     EXPECT_EQ(value(user->roles), 9u);
 }
 
-TEST_F(Users, UpdateAnswers8WhenTheRowIsGoneAndStaysCommitted)
+TEST_F(Users, UpdateReturns8WhenTheRowIsGoneAndStaysCommitted)
 {
     foreign("CREATE TRIGGER Gone AFTER INSERT ON Users BEGIN DELETE FROM Users WHERE UsersId = NEW.UsersId;"
             " INSERT INTO Locales(LocalesId) VALUES (99); END");
@@ -919,7 +919,7 @@ TEST_F(Users, DeleteTakesTheOtherKeyThanAddAndUpdate)
     EXPECT_EQ(count(), 0);
 }
 
-TEST_F(Users, DeleteAnswers8ForAnUnknownIdAndLogsNothing)
+TEST_F(Users, DeleteReturns8ForAnUnknownIdAndLogsNothing)
 {
     EXPECT_EQ(add(Ann), 0u);
     refuse("DELETE", "Users");
@@ -987,7 +987,7 @@ TEST_F(Users, DeleteLeavesEventsWithTheirOperator)
 
 // ---- Failing statements ----
 
-TEST_F(Users, AFailedAddAnswers9AndLogsThreeLines)
+TEST_F(Users, AFailedAddReturns9AndLogsThreeLines)
 {
     refuse("INSERT", "Users");
     const DebugLines lines;
@@ -1026,7 +1026,7 @@ TEST_F(Users, AFailedAddLeavesNothingOfTheBatch)
     EXPECT_EQ(stored("7"), ann);
 }
 
-TEST_F(Users, AFailedUpdateAnswers9AndLogsFourLines)
+TEST_F(Users, AFailedUpdateReturns9AndLogsFourLines)
 {
     EXPECT_EQ(add(Ann), 0u);
     refuse("UPDATE", "Users");
@@ -1038,7 +1038,7 @@ TEST_F(Users, AFailedUpdateAnswers9AndLogsFourLines)
     EXPECT_EQ(stored("7"), ann);
 }
 
-TEST_F(Users, AFailedUpdateOfANewIdAnswers9AndLogsFourLines)
+TEST_F(Users, AFailedUpdateOfANewIdReturns9AndLogsFourLines)
 {
     refuse("INSERT", "Users");
     const DebugLines lines;
@@ -1082,7 +1082,7 @@ TEST_F(Users, AFailedReadBackLogsOnceAndLeavesNoTransactionOpen)
     EXPECT_EQ(column("UsersId"), "5");
 }
 
-TEST_F(Users, AFailedGetAnswers7AndLogsFourLines)
+TEST_F(Users, AFailedGetReturns7AndLogsFourLines)
 {
     EXPECT_EQ(add(Ann), 0u);
     for (const char *table : {"Users", "Domains", "Locales"}) {
@@ -1098,7 +1098,7 @@ TEST_F(Users, AFailedGetAnswers7AndLogsFourLines)
     EXPECT_EQ(get(getUser, 7).code, 0u);
 }
 
-TEST_F(Users, AFailedListAnswers7AndLogsFourLines)
+TEST_F(Users, AFailedListReturns7AndLogsFourLines)
 {
     EXPECT_EQ(add(Ann), 0u);
     for (const char *table : {"Users", "Domains", "Locales"}) {
@@ -1116,7 +1116,7 @@ TEST_F(Users, AFailedListAnswers7AndLogsFourLines)
     EXPECT_EQ(list(getUsers).code, 0u);
 }
 
-TEST_F(Users, AFailedQueryByAFieldAnswers7AndLogsFourLines)
+TEST_F(Users, AFailedQueryByAFieldReturns7AndLogsFourLines)
 {
     EXPECT_EQ(add(Ann), 0u);
     for (const char *table : {"Users", "Domains", "Locales"}) {
@@ -1134,7 +1134,7 @@ TEST_F(Users, AFailedQueryByAFieldAnswers7AndLogsFourLines)
     EXPECT_EQ(listBy(getUsersWithParams, "name", "Ann").code, 0u);
 }
 
-TEST_F(Users, AnUnknownKeyAnswers10BeforeTheStoreIsTouched)
+TEST_F(Users, AnUnknownKeyReturns10BeforeTheStoreIsTouched)
 {
     foreign("DROP TABLE Users");
     const DebugLines lines;
@@ -1143,7 +1143,7 @@ TEST_F(Users, AnUnknownKeyAnswers10BeforeTheStoreIsTouched)
     EXPECT_EQ(listBy(getUsersWithParams, "id", "7").code, 7u);
 }
 
-TEST_F(Users, ADeleteThatCannotReadAnswers7AndDeletesNothing)
+TEST_F(Users, ADeleteThatCannotReadReturns7AndDeletesNothing)
 {
     EXPECT_EQ(add(Ann), 0u);
     foreign("ALTER TABLE Domains RENAME TO Renamed");
@@ -1153,7 +1153,7 @@ TEST_F(Users, ADeleteThatCannotReadAnswers7AndDeletesNothing)
     EXPECT_EQ(stored("7"), ann);
 }
 
-TEST_F(Users, AFailedDeleteAnswers9AndLogsFourLines)
+TEST_F(Users, AFailedDeleteReturns9AndLogsFourLines)
 {
     EXPECT_EQ(add(Ann), 0u);
     refuse("DELETE", "Users");
@@ -1183,7 +1183,7 @@ TEST_F(Users, FailedCallsLeaveNoTransactionOpen)
 
 // ---- Guards ----
 
-TEST_F(Users, ATargetThatIsNotNullAnswers10BeforeAnythingElse)
+TEST_F(Users, ATargetThatIsNotNullReturns10BeforeAnythingElse)
 {
     foreign("DROP TABLE Users");
     const DebugLines lines;
@@ -1212,7 +1212,7 @@ TEST_F(Users, AnUpdateIntoATargetThatIsNotNullWritesNothing)
     EXPECT_EQ(stored("7"), ann);
 }
 
-TEST_F(Users, GuardsAndReadersAnswerWithoutALaunchedLibrary)
+TEST_F(Users, GuardsAndReadersWorkWithoutALaunchedLibrary)
 {
     library.reset();
     FlatUser occupied{};
@@ -1246,14 +1246,14 @@ FlatUser filled()
         block(6u)};
 }
 
-TEST_F(Users, FreeAnswers10ForNothing)
+TEST_F(Users, FreeReturns10ForNothing)
 {
     EXPECT_EQ(freeUser(nullptr), 10u);
     EXPECT_EQ(freeUsersArray(nullptr, 0), 10u);
     EXPECT_EQ(freeUsersArray(nullptr, 3), 10u);
 }
 
-TEST_F(Users, FreeOfAnArrayWithoutACountAnswers10AndFreesNothing)
+TEST_F(Users, FreeOfAnArrayWithoutACountReturns10AndFreesNothing)
 {
     EXPECT_EQ(add(Ann), 0u);
     const auto users = list(getUsers);
@@ -1288,7 +1288,7 @@ TEST_F(Users, RecordsOutliveTheLibrary)
 }
 
 #ifdef __GLIBC__
-TEST_F(Users, FreeGivesBackEveryBlock)
+TEST_F(Users, FreeReleasesEveryBlock)
 {
     const size_t before = mallinfo2().uordblks;
     for (int round = 0; round < 1000; ++round)
@@ -1297,7 +1297,7 @@ TEST_F(Users, FreeGivesBackEveryBlock)
     EXPECT_LT(mallinfo2().uordblks, before + 16000);
 }
 
-TEST_F(Users, FreeOfAnArrayGivesBackEveryBlockOfEveryElement)
+TEST_F(Users, FreeOfAnArrayReleasesEveryBlockOfEveryElement)
 {
     const uint32_t length = 500;
     const size_t before = mallinfo2().uordblks;

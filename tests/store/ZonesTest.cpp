@@ -21,7 +21,7 @@ const char *const columnNames[] = {"ZonesDeviceId", "ZonesSectionId", "ZonesZone
                                    "ZonesPhysic",   "ZonesForm",      "ZonesFlags",  "ZonesDelay", "ZonesScheduleId",
                                    "ZonesTracert",  "ZonesUidType",   "ZonesArm"};
 
-// Every field of zone 5 with a value of its own, as a document gives them and as the file then holds them.
+// Every field of zone 5 with a different value, in a document and as stored in the file.
 const char *const fullMembers = R"("name":"Door","detector":21,"physic":22,"form":23,"flags":24,"delay":25,)"
                                 R"("schedule_id":26,"tracert":27,"uid_type":28,"arm":29)";
 const Row fullRow{"10", "1", "5", "Door", "21", "22", "23", "24", "25", "26", "27", "28", "29"};
@@ -31,7 +31,7 @@ const Row bareRow{"10", "1", "5", none, none, none, none, none, none, none, none
 const char *const wrongNumbers[] = {R"("5")", "true", "null", "[]", "{}"};
 const char *const wrongTexts[] = {"5", "true", "null", "[]", "{}"};
 
-// The update of zone 5 of device 10 under a section, with further members behind the three ids.
+// The update of zone 5 of device 10 under a section, with further members after the three ids.
 std::string zoneUpdate(const std::string &members = "", int section = 1)
 {
     return R"({"D":{"device":10,"section":)" + std::to_string(section) + R"(,"id":5)"
@@ -311,7 +311,7 @@ TEST_F(Zones, UpdateKeepsTheLowBitsOfANumber)
     EXPECT_EQ(file.value("SELECT ZonesFlags FROM Zones"), "4294967295");
 }
 
-TEST_F(Zones, UpdateCarriesANameOfAnyScript)
+TEST_F(Zones, UpdateStoresANameOfAnyScript)
 {
     addParents();
     const auto zone = update(updateZone, zoneUpdate(R"("name":"Дверь 'é' 😀")"));
@@ -410,7 +410,7 @@ TEST_F(Zones, UpdateUnderAnotherSectionMovesTheZone)
     EXPECT_EQ(get(getZone, 5, 10, 2).code, 0u);
 }
 
-TEST_F(Zones, UpdateUnderAnUnknownSectionAnswers11AndMovesTheZone)
+TEST_F(Zones, UpdateUnderAnUnknownSectionReturns11AndMovesTheZone)
 {
     ASSERT_EQ(send(addDevice, deviceWith(full())), 0u);
     EXPECT_EQ(update(updateZone, zoneUpdate("", 9)).code, 11u);
@@ -546,9 +546,9 @@ TEST_F(Zones, UpdateIgnoresUnknownMembers)
     EXPECT_EQ(rows(), std::vector<Row>{bareRow});
 }
 
-// ---- Update: the parents behind it ----
+// ---- Update: the parents ----
 
-TEST_F(Zones, UpdateUnderAnUnknownSectionAnswers11AndStays)
+TEST_F(Zones, UpdateUnderAnUnknownSectionReturns11AndIsStored)
 {
     ASSERT_EQ(send(addDevice, R"({"D":{"id":10}})"), 0u);
     const DebugLines lines;
@@ -561,7 +561,7 @@ TEST_F(Zones, UpdateUnderAnUnknownSectionAnswers11AndStays)
     EXPECT_EQ(lines.all(), std::vector<std::string>{});
 }
 
-TEST_F(Zones, UpdateUnderASectionOfAnUnknownDeviceAnswers11AndStays)
+TEST_F(Zones, UpdateUnderASectionOfAnUnknownDeviceReturns11AndIsStored)
 {
     ASSERT_EQ(update(updateSection, R"({"D":{"device":10,"id":1}})").code, 11u);
     const DebugLines lines;
@@ -572,7 +572,7 @@ TEST_F(Zones, UpdateUnderASectionOfAnUnknownDeviceAnswers11AndStays)
     EXPECT_EQ(lines.all(), std::vector<std::string>{});
 }
 
-TEST_F(Zones, UpdateInAnEmptyStoreAnswers11AndStays)
+TEST_F(Zones, UpdateInAnEmptyStoreReturns11AndIsStored)
 {
     const DebugLines lines;
     EXPECT_EQ(update(updateZone, zoneUpdate(fullMembers)).code, 11u);
@@ -598,7 +598,7 @@ TEST_F(Zones, UpdateAsksForTheSectionOfItsOwnDevice)
     EXPECT_EQ(update(updateZone, zoneUpdate("", 2)).code, 0u);
 }
 
-TEST_F(Zones, UpdateAnswers7WhereTheSectionCannotBeAskedForAndStays)
+TEST_F(Zones, UpdateReturns7IfTheSectionCannotBeReadAndIsStored)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":5,"name":"a"})")), 0u);
     foreign("ALTER TABLE Sections RENAME TO Gone");
@@ -610,7 +610,7 @@ TEST_F(Zones, UpdateAnswers7WhereTheSectionCannotBeAskedForAndStays)
     EXPECT_EQ(file.value("SELECT ZonesName FROM Zones"), "x");
 }
 
-TEST_F(Zones, UpdateAnswers7WhereTheDeviceCannotBeAskedForAndStays)
+TEST_F(Zones, UpdateReturns7IfTheDeviceCannotBeReadAndIsStored)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":5,"name":"a"})")), 0u);
     foreign("ALTER TABLE Devices RENAME TO Gone");
@@ -659,7 +659,7 @@ TEST_F(Zones, UpdateWhoseSectionCheckFailedDoesNotBlockTheNext)
 
 // ---- Update: failures ----
 
-TEST_F(Zones, UpdateThatCannotBeWrittenAnswers9)
+TEST_F(Zones, UpdateThatCannotBeWrittenReturns9)
 {
     addParents();
     refuse("INSERT", "Zones");
@@ -683,7 +683,7 @@ TEST_F(Zones, UpdateThatCannotBeMergedKeepsTheRow)
     EXPECT_EQ(update(updateZone, R"({"D":{"device":10,"section":1,"id":6}})").code, 0u);
 }
 
-TEST_F(Zones, UpdateOfAMissingColumnFailsWhereItIsNamedOnly)
+TEST_F(Zones, UpdateOfAMissingColumnFailsOnlyIfItIsNamed)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":5,"name":"a"})")), 0u);
     foreign("ALTER TABLE Zones RENAME COLUMN ZonesForm TO Gone");
@@ -720,7 +720,7 @@ TEST_F(Zones, UpdateThatFailsDoesNotAskForItsParents)
     EXPECT_TRUE(isFailure(lines.all(), "add or update zone error"));
 }
 
-TEST_F(Zones, UpdateWhoseRowIsNotFoundAgainAnswers8AndIsCommitted)
+TEST_F(Zones, UpdateWhoseRowIsNotFoundAgainReturns8AndIsCommitted)
 {
     foreign("CREATE TRIGGER Move AFTER INSERT ON Zones BEGIN UPDATE Zones SET ZonesSectionId=99; END;"
             "DROP TABLE Devices; DROP TABLE Sections");
@@ -732,7 +732,7 @@ TEST_F(Zones, UpdateWhoseRowIsNotFoundAgainAnswers8AndIsCommitted)
     EXPECT_EQ(file.rows("SELECT ZonesSectionId,ZonesName FROM Zones"), (std::vector<Row>{Row{"99", "x"}}));
 }
 
-TEST_F(Zones, UpdateGivesTheRowAsStored)
+TEST_F(Zones, UpdateReturnsTheRowAsStored)
 {
     addParents();
     foreign("CREATE TRIGGER Change AFTER INSERT ON Zones BEGIN UPDATE Zones SET ZonesName='changed'; END");
@@ -743,7 +743,7 @@ TEST_F(Zones, UpdateGivesTheRowAsStored)
 
 // ---- Reading ----
 
-TEST_F(Zones, EveryReadGivesEveryField)
+TEST_F(Zones, EveryReadReturnsEveryField)
 {
     foreign("INSERT INTO Zones VALUES (10,1,5,'Door',21,22,23,24,25,26,27,28,29)");
     const auto one = get(getZone, 5, 10, 1);
@@ -824,7 +824,7 @@ TEST_F(Zones, GetTakesTheZoneThenTheDeviceThenTheSection)
     EXPECT_EQ(utf8(zone->name), "right");
 }
 
-TEST_F(Zones, GetOfAnUnknownTripleAnswers8)
+TEST_F(Zones, GetOfAnUnknownTripleReturns8)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":5})")), 0u);
     const DebugLines lines;
@@ -851,7 +851,7 @@ TEST_F(Zones, ListsStayInTheirDeviceAndSection)
         EXPECT_NE(ofSection.withId(id), nullptr) << id;
 }
 
-TEST_F(Zones, ListsWithoutAZoneAnswer8)
+TEST_F(Zones, ListsWithoutAZoneReturn8)
 {
     ASSERT_EQ(send(addDevice, R"({"D":{"id":10,"sections":[{"id":1},{"id":2,"zones":[{"id":5,"name":"a"}]}]}})"), 0u);
     const DebugLines lines;
@@ -869,7 +869,7 @@ TEST_F(Zones, ListsWithoutAZoneAnswer8)
     EXPECT_EQ(lines.all(), std::vector<std::string>{});
 }
 
-TEST_F(Zones, GetThatCannotBeReadAnswers7)
+TEST_F(Zones, GetThatCannotBeReadReturns7)
 {
     foreign("ALTER TABLE Zones RENAME TO Gone");
     const DebugLines lines;
@@ -877,7 +877,7 @@ TEST_F(Zones, GetThatCannotBeReadAnswers7)
     EXPECT_TRUE(isFailure(lines.all(), "get zones for device section by id error"));
 }
 
-TEST_F(Zones, ListsThatCannotBeReadAnswer7)
+TEST_F(Zones, ListsThatCannotBeReadReturn7)
 {
     foreign("ALTER TABLE Zones RENAME TO Gone");
     FlatZone *out = nullptr;
@@ -1019,7 +1019,7 @@ TEST_F(Zones, ListsByFieldCompareNamesExactly)
 
 // ---- Guards ----
 
-TEST_F(Zones, OutPointerInUseIsRefusedAndNothingTouched)
+TEST_F(Zones, OutParameterInUseIsRefusedAndNothingTouched)
 {
     ASSERT_EQ(send(addDevice, deviceWith(R"({"id":5,"name":"a"})")), 0u);
     FlatZone block{};
@@ -1038,7 +1038,7 @@ TEST_F(Zones, OutPointerInUseIsRefusedAndNothingTouched)
     EXPECT_EQ(lines.all(), std::vector<std::string>{});
 }
 
-TEST_F(Zones, OutPointerInUseComesBeforeEveryOtherFault)
+TEST_F(Zones, OutParameterInUseComesBeforeEveryOtherFault)
 {
     library.reset();
     FlatZone block{};

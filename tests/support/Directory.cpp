@@ -12,7 +12,7 @@ namespace {
 
 fs::path placeForFiles()
 {
-    const char *given = std::getenv("TMPDIR"); // Windows itself does not look at it
+    const char *given = std::getenv("TMPDIR"); // Windows itself ignores it
     return given ? fs::absolute(given) : fs::temp_directory_path();
 }
 

@@ -15,7 +15,7 @@ namespace {
 
 constexpr size_t page = 1 << 16; // a whole number of pages everywhere
 
-// Two stretches of memory, of which the second may not be touched.
+// Two ranges of memory, of which the second is inaccessible.
 #ifdef _WIN32
 
 void *allocateGuarded()

@@ -1,4 +1,4 @@
-// A text that ends where memory that nobody may touch begins.
+// A text that ends at the start of inaccessible memory.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// Qt keeps what it knows of a process's main thread until the process ends, and frees none of it. It is allocated here,
-// out of the leak checker's sight, so that every leak which is reported is ours.
+// Qt allocates data of the process's main thread and never frees it. Allocate it here, hidden from the leak checker, so
+// that every reported leak is ours.
 #if defined(__SANITIZE_ADDRESS__)
 
 #include <QThread>

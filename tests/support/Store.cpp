@@ -183,7 +183,7 @@ void collect(QtMsgType type, const QMessageLogContext &, const QString &text)
         debugLines.push_back(text.toStdString());
 }
 
-// Qt's chatter is no part of a test's output.
+// Qt's own messages are not part of a test's output.
 void ignore(QtMsgType, const QMessageLogContext &, const QString &) {}
 
 ::testing::AssertionResult isFailureOf(const std::vector<std::string> &lines, const std::string &runner,

@@ -1,5 +1,5 @@
 // What every test of the exported functions needs: a launched library in a directory of its own, texts in and out,
-// the debug lines, and a look into the file through a connection that the library knows nothing of.
+// the debug lines, and reads of the file through a separate connection.
 #pragma once
 
 #include "Directory.h"
@@ -32,7 +32,7 @@ std::optional<T> value(const T *block)
     return block ? std::optional<T>(*block) : std::nullopt;
 }
 
-// A document that holds one record, and one that holds several; `more` is for those that stand in another constant.
+// A document that holds one record, and one that holds several; `more` is for records in another constant.
 inline std::string one(const std::string &object)
 {
     return R"({"D":)" + object + "}";
@@ -62,7 +62,7 @@ uint32_t send(Function function, Out **out, uint32_t *count, const std::string &
     return function(out, count, reinterpret_cast<const uint16_t *>(text.data()), static_cast<uint32_t>(text.size()));
 }
 
-// Calls a query by field: find(getUsersWithParams, &users, &count, "name", "x"), device and section behind.
+// Calls a query by field: find(getUsersWithParams, &users, &count, "name", "x"), then device and section.
 template<class Function, class Out, class... Parents>
 uint32_t find(Function function, Out **out, uint32_t *count, const std::string &key, const std::string &value,
               Parents... parents)
@@ -76,10 +76,10 @@ uint32_t find(Function function, Out **out, uint32_t *count, const std::string &
 
 // ---- Records ----
 
-// Memory of the allocator that the library shares with its clients, all zero.
+// Zeroed memory from the allocator that the library shares with its clients.
 void *allocate(size_t size);
 
-// Blocks of it for flat records made by hand: of zeros, and with a value.
+// Such blocks for flat records made by hand: of zeros, and with a value.
 template<class T>
 T *zeroed(size_t count = 1)
 {
@@ -93,7 +93,7 @@ T *block(const T &content)
     return made;
 }
 
-// A flat record that frees itself, and fails the test where that answers anything but 0.
+// A flat record that releases itself, and fails the test if that returns anything but 0.
 struct Free
 {
     void operator()(FlatLocale *record) const;
@@ -112,7 +112,7 @@ struct Free
 template<class Flat>
 using Owned = std::unique_ptr<Flat, Free>;
 
-// What an export that gives one record answered. The record is null unless the code is 0.
+// The result of an export that returns one record. The record is null unless the code is 0.
 template<class Flat>
 struct Answer
 {
@@ -139,7 +139,7 @@ Answer<Flat> update(uint32_t (*function)(Flat **, const uint16_t *, uint32_t), c
     return {code, Owned<Flat>(out)};
 }
 
-// An array that frees itself.
+// An array that releases itself.
 template<class Flat>
 class List
 {
@@ -165,7 +165,7 @@ public:
     const Flat *begin() const { return records; }
     const Flat *end() const { return records + length; }
 
-    // The record of an id, whatever the order; null when it is not there.
+    // The record of an id, whatever the order; null if there is none.
     const Flat *withId(uint32_t id) const
     {
         for (const Flat &record : *this)
@@ -231,7 +231,7 @@ inline List<FlatEvent> listAdded(const std::string &json)
 
 // ---- The debug log ----
 
-// Collects the library's debug lines while it lives. Qt's own warnings are left out.
+// Collects the library's debug lines during its lifetime. Qt's own warnings are left out.
 class DebugLines
 {
 public:
@@ -241,7 +241,7 @@ public:
     DebugLines &operator=(const DebugLines &) = delete;
 
     std::vector<std::string> all() const;
-    // The lines with every error text, which is SQLite's to word, shown as "*": those at the given places.
+    // The lines with every error text, whose wording is SQLite's, as "*": those at the given positions.
     std::vector<std::string> allWithErrorsAt(const std::vector<size_t> &places) const;
     void clear();
 };
@@ -256,14 +256,14 @@ public:
 using Row = std::vector<std::optional<std::string>>;
 
 // A connection of its own to a database file, "CacheDb" in the working directory unless named. Opened for each call
-// and closed behind it, so that it never stands in the library's way. A failing statement throws.
+// and closed after it, so that it never blocks the library. A failing statement throws.
 class File
 {
 public:
     explicit File(std::string path = "CacheDb");
     void execute(const std::string &sql) const;
     std::vector<Row> rows(const std::string &sql) const;
-    // The one value of a statement's one row; throws where there is another number of either.
+    // The one value of a statement's one row; throws if the number of either differs.
     std::optional<std::string> value(const std::string &sql) const;
     int64_t number(const std::string &sql) const;
 
@@ -281,7 +281,7 @@ public:
     ~Library();
     Library(const Library &) = delete;
     Library &operator=(const Library &) = delete;
-    // Exits, waits for launchCache and gives its result. Does nothing more when called again.
+    // Exits, waits for launchCache and returns its result. Does nothing more when called again.
     int32_t exit();
 
 private:
@@ -298,9 +298,9 @@ protected:
 
     // Exits and launches again in the same directory.
     void relaunch();
-    // Changes the file behind the library's back: table(s) dropped, renamed, given triggers ...
+    // Changes the file without the library: table(s) dropped, renamed, given triggers ...
     // A read by id leaves its statement, and with it its lock, in the library's query until the next statement; this
-    // has the library run a harmless read first, so that the lock is gone.
+    // has the library run a harmless read first, which releases the lock.
     void foreign(const std::string &sql);
     // Makes every insert, update or delete of a table fail with the error text "refused".
     void refuse(const std::string &action, const std::string &table);

@@ -1,6 +1,6 @@
 // A client for Windows, from launch to exit. It knows the header's types and the names of the functions, and nothing
 // else of the library: no Qt, no import library, no DLL of the compiler.
-// usage: windows_client LIBRARY DATA VERSION     the DLL, the example's documents, and the version that the DLL carries
+// usage: windows_client LIBRARY DATA VERSION     the DLL, the example's documents, and the version in the DLL
 #include "brimlet.h"
 
 #include <algorithm>
@@ -33,7 +33,7 @@ HMODULE library = nullptr;
 
 void load(const fs::path &name)
 {
-    // Its own DLLs are looked for in its folder, not in the program's. Only a whole path may be given so.
+    // Searches its DLLs in its own folder, not in the program's. This requires a full path.
     library = name.has_parent_path() ? LoadLibraryExW(name.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)
                                      : LoadLibraryW(name.c_str());
     require(library != nullptr, "LoadLibrary " + name.string() + ", error " + std::to_string(GetLastError()));
@@ -148,7 +148,7 @@ void addReferenceData()
     }
 }
 
-// An array comes with its count and goes back with it.
+// An array is returned with its count and released with it.
 template<class Flat, class... Arguments>
 uint32_t countAll(const char *name, uint32_t (*get)(Flat **, uint32_t *, Arguments...),
                   uint32_t (*freeAll)(Flat *, uint32_t), Arguments... arguments)
