@@ -19,9 +19,9 @@ import jinja2
 from . import check, model
 
 OUTPUTS = {
-    "bindings/cpp/brimlet/calls.hpp": "calls.hpp",
-    "bindings/cpp/brimlet/codes.hpp": "codes.hpp",
-    "bindings/cpp/brimlet/records.hpp": "records.hpp",
+    "bindings/cpp/brimlet/calls.hpp": "calls.hpp.jinja",
+    "bindings/cpp/brimlet/codes.hpp": "codes.hpp.jinja",
+    "bindings/cpp/brimlet/records.hpp": "records.hpp.jinja",
     "bindings/python/brimlet/codes.py": "codes.py.jinja",
     "bindings/python/brimlet/functions.py": "functions.py.jinja",
     "bindings/python/brimlet/records.py": "records.py.jinja",
