@@ -79,6 +79,11 @@ class Input:
     name: str
     words: str
 
+    @property
+    def holds_records(self) -> bool:
+        """Whether it is a document of whole records, and not of their ids alone."""
+        return self.takes is Takes.DOCUMENT and not self.words.startswith("id-only")
+
 
 @dataclass(frozen=True)
 class Result:
@@ -149,6 +154,42 @@ class Function:
             elif parameter.type == "uint32_t" and not parameter.name.lower().endswith("length"):
                 inputs.append(Input(Takes.NUMBER, parameter.name, parameter.words))
         return inputs
+
+    @property
+    def outcomes(self) -> List[Result]:
+        """The results for the client of a binding, who passes no out-parameters but receives a value or several."""
+        pointed = r"`\*\w+`"
+        value = "the value" if len(self.outputs) == 1 else r"`\1`"
+        outcomes = []
+        for result in self.results:
+            condition = re.sub(rf"{pointed}(?: or {pointed})* is not null(?:, or )?", "", result.condition)
+            if condition:
+                outcomes.append(Result(result.name, re.sub(r"`\*(\w+)`", value, condition)))
+        return outcomes
+
+    @property
+    def nothing(self) -> str:
+        """When BRIMLET_NOT_FOUND is no failure, because a read finds no record or an array has none. Empty if never."""
+        is_read = not any(result.name == "BRIMLET_WRITE_FAILED" for result in self.results)
+        return next((result.condition for result in self.results
+                     if result.name == "BRIMLET_NOT_FOUND" and (is_read or self.gives is Gives.ARRAY)), "")
+
+    @property
+    def failures(self) -> List[Result]:
+        """The outcomes that a binding reports as an error."""
+        return [result for result in self.outcomes if result.name != "BRIMLET_DONE"
+                and not (result.name == "BRIMLET_NOT_FOUND" and self.nothing)]
+
+    @property
+    def received(self) -> str:
+        """What it hands out, such as "the user as stored"."""
+        return " and ".join(re.sub("^receives |;.*", "", output.words) for output in self.outputs)
+
+    @property
+    def enumeration(self) -> str:
+        """The enumeration that its result is a value of, or empty."""
+        found = re.search(r"\bBrimlet\w+", self.returned)
+        return found[0] if found else "BrimletResult" if self.results else ""
 
 
 def _record_of(parameter: Parameter) -> str:
@@ -227,6 +268,16 @@ class Enumeration:
     name: str
     words: str
     values: List[Value]
+
+    @property
+    def prefix(self) -> str:
+        """What the names of its values begin with."""
+        return os.path.commonprefix([value.name for value in self.values])
+
+    @property
+    def type(self) -> str:
+        """Its name in the bindings."""
+        return "Code" if self.name == "BrimletResult" else self.name.replace("Brimlet", "", 1)
 
 
 # ---- All of it ----
