@@ -43,7 +43,7 @@ def render(describe: str) -> Dict[Path, str]:
         trim_blocks=True, lstrip_blocks=True, keep_trailing_newline=True,
     )
     environment.filters.update(wrap=wrap, layout=layout, camel=camel, phrase=phrase)
-    environment.filters.update(pascal=pascal, identifier=identifier, fold=fold, element=element,
+    environment.filters.update(pascal=pascal, verbatim=verbatim, fold=fold, element=element,
                                xml=functools.partial(xml, references(api)))
     return {model.ROOT / path: environment.get_template(template).render(api=api, lists=lists, model=model)
             for path, template in OUTPUTS.items()}
@@ -108,8 +108,8 @@ def pascal(name: str) -> str:
     return name[0].upper() + name[1:]
 
 
-def identifier(name: str) -> str:
-    """The name of a parameter, which may be a keyword of C#."""
+def verbatim(name: str) -> str:
+    """The name of a parameter, marked if it is a keyword."""
     return f"@{name}" if name == "event" else name
 
 

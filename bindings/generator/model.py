@@ -53,6 +53,14 @@ class Takes(Enum):
     NUMBER = "an unsigned number of 32 bits"
 
 
+class Form(Enum):
+    """The form of a document, with what the words of its parameter begin with."""
+
+    BATCH = "batch of "
+    RECORD = "document of one "
+    IDS = "id-only document with "
+
+
 class Gives(Enum):
     """What a function hands out beside its result."""
 
@@ -70,6 +78,11 @@ class Parameter:
     direction: Optional[Direction]
     words: str
 
+    @property
+    def received(self) -> str:
+        """What an out-parameter receives, as a phrase such as "the user"."""
+        return self.words.partition(";")[0].replace("receives ", "", 1)
+
 
 @dataclass(frozen=True)
 class Input:
@@ -80,9 +93,11 @@ class Input:
     words: str
 
     @property
-    def holds_records(self) -> bool:
-        """Whether it is a document of whole records, and not of their ids alone."""
-        return self.takes is Takes.DOCUMENT and not self.words.startswith("id-only")
+    def form(self) -> Optional[Form]:
+        """The form of a document. None for a number or a text."""
+        if self.takes is not Takes.DOCUMENT:
+            return None
+        return next((form for form in Form if self.words.startswith(form.value)), None)
 
 
 @dataclass(frozen=True)
@@ -169,21 +184,16 @@ class Function:
 
     @property
     def nothing(self) -> str:
-        """When BRIMLET_NOT_FOUND is no failure, because a read finds no record or an array has none. Empty if never."""
+        """When a read finds no record or an array has none, so that BRIMLET_NOT_FOUND is no failure. Empty if never."""
         is_read = not any(result.name == "BRIMLET_WRITE_FAILED" for result in self.results)
         return next((result.condition for result in self.results
                      if result.name == "BRIMLET_NOT_FOUND" and (is_read or self.gives is Gives.ARRAY)), "")
 
     @property
     def failures(self) -> List[Result]:
-        """The outcomes that a binding reports as an error."""
+        """The outcomes that are errors, if a binding returns nothing where there is nothing to return."""
         return [result for result in self.outcomes if result.name != "BRIMLET_DONE"
                 and not (result.name == "BRIMLET_NOT_FOUND" and self.nothing)]
-
-    @property
-    def received(self) -> str:
-        """What it hands out, such as "the user as stored"."""
-        return " and ".join(re.sub("^receives |;.*", "", output.words) for output in self.outputs)
 
     @property
     def enumeration(self) -> str:

@@ -185,7 +185,7 @@ typedef struct FlatLocation
     double *longitude; /**< Longitude. Key "lon". */
 } FlatLocation;
 
-/** A site, with its domain, its contract and its location if the store holds them. */
+/** A site, with its domain, contract and location if the store holds them. */
 typedef struct FlatSite
 {
     uint32_t id;               /**< Id. Key "id", required. */

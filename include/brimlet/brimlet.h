@@ -452,7 +452,7 @@ BRIMLET_API uint32_t getUsersWithParams(FlatUser **users, uint32_t *count, const
                                         const uint16_t *value, uint32_t valueLength);
 
 /**
- * Releases an user and everything in it.
+ * Releases a user and everything in it.
  *
  * @param[in] user  user that a function returned
  * @retval BRIMLET_DONE     the user is released

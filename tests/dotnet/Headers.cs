@@ -22,7 +22,9 @@ internal static class Headers
     // "FlatUser.name Char*" for each field of FlatRecords.h.
     internal static IEnumerable<string> Fields()
     {
-        foreach (Match record in Regex.Matches(Read("include/brimlet/FlatRecords.h"),
+        string declarations = Regex.Replace(Read("include/brimlet/FlatRecords.h"), @"/\*.*?\*/", "",
+            RegexOptions.Singleline);
+        foreach (Match record in Regex.Matches(declarations,
             @"typedef struct (\w+)\s*\{(.*?)\}", RegexOptions.Singleline))
         {
             foreach (Match field in Regex.Matches(record.Groups[2].Value, @"(\w+) (\*?)(\w+);"))

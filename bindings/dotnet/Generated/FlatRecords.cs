@@ -168,7 +168,7 @@ namespace Brimlet
         public double* longitude;
     }
 
-    /// <summary>A site, with its domain, its contract and its location if the store holds them.</summary>
+    /// <summary>A site, with its domain, contract and location if the store holds them.</summary>
     [StructLayout(LayoutKind.Sequential)]
     internal unsafe struct FlatSite
     {

@@ -127,7 +127,7 @@ namespace Brimlet
         internal static extern Code getUsersWithParams(ref IntPtr users, ref uint count, char* key, uint keyLength,
             char* value, uint valueLength);
 
-        /// <summary>Releases an user and everything in it.</summary>
+        /// <summary>Releases a user and everything in it.</summary>
         [DllImport(library, CallingConvention = CallingConvention.Cdecl)]
         internal static extern Code freeUser(IntPtr user);
 

@@ -499,7 +499,7 @@ namespace Brimlet
         public double? Longitude { get; }
     }
 
-    /// <summary>A site, with its domain, its contract and its location if the store holds them.</summary>
+    /// <summary>A site, with its domain, contract and location if the store holds them.</summary>
     public sealed unsafe class Site
     {
         internal static readonly Kind<Site> Kind = new Kind<Site>(at => new Site(at), sizeof(FlatSite), Native.freeSite,

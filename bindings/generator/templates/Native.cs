@@ -17,7 +17,7 @@ namespace Brimlet
 {% set parameters %}
 {% for parameter in function.parameters %}
 {{ types.get(parameter.type, "ref IntPtr" if parameter in function.outputs else "IntPtr") }}
-{{- " " ~ parameter.name | identifier }}{{ ", " if not loop.last }}
+{{- " " ~ parameter.name | verbatim }}{{ ", " if not loop.last }}
 {%- endfor %}
 {% endset %}
 {% set type = api.enumeration(function.enumeration).type if function.enumeration else types[function.type] %}
