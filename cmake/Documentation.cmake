@@ -8,16 +8,16 @@ endif()
 # brimlet_doxygen(VARIABLE OUTPUT HEADERS): the command that runs Doxygen. HEADERS is ALL, or C for those of which
 # every parameter and result has to be documented.
 function(brimlet_doxygen variable output headers)
-    set(cpp_header bindings/cpp/brimlet.hpp)
+    set(cpp_headers bindings/cpp)
     set(is_strict NO)
     set(is_distributed YES)
     if(headers STREQUAL "C")
-        set(cpp_header "")
+        set(cpp_headers "")
         set(is_strict YES)
         set(is_distributed NO)
     endif()
     set(${variable} ${CMAKE_COMMAND} -E env BRIMLET_VERSION=${PROJECT_VERSION} BRIMLET_OUTPUT=${output}
-        BRIMLET_CPP_HEADER=${cpp_header} BRIMLET_PARAMETERS=${is_strict} BRIMLET_DISTRIBUTE=${is_distributed}
+        BRIMLET_CPP_HEADERS=${cpp_headers} BRIMLET_PARAMETERS=${is_strict} BRIMLET_DISTRIBUTE=${is_distributed}
         ${BRIMLET_DOXYGEN} docs/Doxyfile PARENT_SCOPE)
 endfunction()
 

@@ -14,8 +14,8 @@ install(TARGETS brimlet EXPORT BrimletTargets
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
     INCLUDES DESTINATION ${header_directory})
 set(public_headers include/brimlet/brimlet.h include/brimlet/FlatRecords.h include/brimlet/ResultCodes.h)
-install(FILES ${public_headers} bindings/cpp/brimlet.hpp
-    DESTINATION ${header_directory} COMPONENT development)
+install(FILES ${public_headers} DESTINATION ${header_directory} COMPONENT development)
+install(DIRECTORY bindings/cpp/ DESTINATION ${header_directory} COMPONENT development)
 
 # find_package(Brimlet)
 install(EXPORT BrimletTargets NAMESPACE Brimlet:: DESTINATION ${package_directory} COMPONENT development)
@@ -55,14 +55,15 @@ endif()
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${documentation_directory} COMPONENT development)
 install(FILES ${public_headers} DESTINATION ${documentation_directory}/include/brimlet COMPONENT development)
 install(FILES src/api/exports.txt DESTINATION ${documentation_directory}/src/api COMPONENT development)
-install(FILES bindings/cpp/brimlet.hpp DESTINATION ${documentation_directory}/bindings/cpp COMPONENT development)
+install(DIRECTORY bindings/cpp DESTINATION ${documentation_directory}/bindings COMPONENT development)
 install(FILES tests/windows/client.cpp DESTINATION ${documentation_directory}/tests/windows COMPONENT development)
 install(DIRECTORY docs DESTINATION ${documentation_directory} COMPONENT development
     FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png")
 install(DIRECTORY examples/ DESTINATION ${documentation_directory}/examples COMPONENT development
     PATTERN "CMakeLists.txt" EXCLUDE)
-install(FILES cmake/InstalledExample.cmake DESTINATION ${documentation_directory}/examples RENAME CMakeLists.txt
-    COMPONENT development)
+configure_file(cmake/InstalledExample.cmake.in InstalledExample.cmake @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/InstalledExample.cmake DESTINATION ${documentation_directory}/examples
+    RENAME CMakeLists.txt COMPONENT development)
 
 # The C# binding as sources: a client's own compiler makes the assembly that fits its runtime.
 install(DIRECTORY bindings/dotnet DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/brimlet COMPONENT development
@@ -73,5 +74,6 @@ install(DIRECTORY bindings/dotnet DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/briml
 if(NOT WIN32)
     install(DIRECTORY bindings/python/brimlet DESTINATION lib/python3/dist-packages COMPONENT tools
         PATTERN "__pycache__" EXCLUDE)
-    install(PROGRAMS cmake/brimlet.py DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME brimlet COMPONENT tools)
+    configure_file(cmake/brimlet.py.in brimlet.py @ONLY)
+    install(PROGRAMS ${PROJECT_BINARY_DIR}/brimlet.py DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME brimlet COMPONENT tools)
 endif()

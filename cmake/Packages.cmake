@@ -25,7 +25,7 @@ set(CPACK_COMPONENTS_ALL runtime development tools)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "Local cache of a monitoring service's data
 A shared library that keeps a local, disposable copy of a monitoring service's
 reference data and event journal in one SQLite file.")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libbrimlet0)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libbrimlet${PROJECT_VERSION_MAJOR}) # after the SONAME
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS libqt5sql5-sqlite)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
@@ -39,7 +39,7 @@ The headers for C and C++, the files for CMake and pkg-config, the C# binding,
 the documentation and an example client.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libbrimlet-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libbrimlet0 (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME} (= ${PROJECT_VERSION})")
 
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "Local cache of a monitoring service's data: Python and command line
 The Python package brimlet and the command of the same name, which calls the
@@ -47,7 +47,8 @@ library's functions, loads documents, and looks into a store.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME brimlet-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_ARCHITECTURE all)
-set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "python3 (>= 3.9), libbrimlet0 (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS
+    "python3 (>= 3.9), ${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS python3-rich)
 
 include(CPack)

@@ -70,7 +70,7 @@ namespace Brimlet
             }
             catch (Exception failure) when (IsOfFiles(failure))
             {
-                Kept = Kept ?? before; // it cannot be renamed, which the next session tries again
+                Kept = File.Exists(before) ? before : Kept; // what cannot be renamed is left to the next session
             }
         }
 

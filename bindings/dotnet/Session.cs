@@ -25,8 +25,8 @@ namespace Brimlet
         /// <summary>The launch that the session runs on.</summary>
         public LaunchResult Last => Second ?? First;
 
-        /// <summary>Where the replaced file is now, or null where none was kept. It may come from an earlier launch that
-        /// was cut short.</summary>
+        /// <summary>Where the replaced file is now, or null where none was kept. It may come from an earlier launch
+        /// that was cut short.</summary>
         public string Kept { get; }
     }
 
@@ -91,8 +91,8 @@ namespace Brimlet
         /// <exception cref="TimeoutException">A launch takes too long. It goes on behind the scenes, and the working
         /// directory stays where it is until the next session, or the end of the process, has waited for it and ended
         /// it.</exception>
-        /// <exception cref="IOException">The directory cannot be entered, or its file not be kept or removed. A file that
-        /// cannot be kept is not launched.</exception>
+        /// <exception cref="IOException">The directory cannot be entered, or its file not be kept or removed. A file
+        /// that cannot be kept is not launched.</exception>
         public Session(string directory = ".", TimeSpan? timeout = null, bool recover = true, int keepDamaged = 3)
         {
             if (keepDamaged < 0)

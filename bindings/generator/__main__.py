@@ -20,6 +20,9 @@ import jinja2
 from . import check, model
 
 OUTPUTS = {
+    "bindings/cpp/brimlet/calls.hpp": "calls.hpp",
+    "bindings/cpp/brimlet/codes.hpp": "codes.hpp",
+    "bindings/cpp/brimlet/records.hpp": "records.hpp",
     "bindings/dotnet/Generated/FlatRecords.cs": "FlatRecords.cs",
     "bindings/dotnet/Generated/Native.cs": "Native.cs",
     "bindings/dotnet/Generated/Records.cs": "Records.cs",
@@ -42,8 +45,8 @@ def render(describe: str) -> Dict[Path, str]:
         loader=jinja2.FileSystemLoader(Path(__file__).parent / "templates"), undefined=jinja2.StrictUndefined,
         trim_blocks=True, lstrip_blocks=True, keep_trailing_newline=True,
     )
-    environment.filters.update(wrap=wrap, layout=layout, camel=camel, phrase=phrase)
-    environment.filters.update(pascal=pascal, verbatim=verbatim, fold=fold, element=element,
+    environment.filters.update(wrap=wrap, layout=layout, camel=camel, phrase=phrase, view=view, member=member,
+                               pascal=pascal, verbatim=verbatim, fold=fold, element=element,
                                xml=functools.partial(xml, references(api)))
     return {model.ROOT / path: environment.get_template(template).render(api=api, lists=lists, model=model)
             for path, template in OUTPUTS.items()}
@@ -70,10 +73,10 @@ def main() -> None:
 # ---- What templates use ----
 
 
-def wrap(text: str, prefix: str, width: int = 120) -> str:
-    """A paragraph as lines that all begin with the prefix."""
-    return textwrap.fill(text, width, initial_indent=prefix, subsequent_indent=prefix, break_long_words=False,
-                         break_on_hyphens=False)
+def wrap(text: str, prefix: str, width: int = 120, first: str = "") -> str:
+    """A paragraph as lines that all begin with the prefix, unless the first one has its own."""
+    return textwrap.fill(text, width, initial_indent=first or prefix, subsequent_indent=prefix,
+                         break_long_words=False, break_on_hyphens=False)
 
 
 def layout(record: model.Record) -> List[Tuple[str, int, int]]:
@@ -98,6 +101,25 @@ def camel(name: str, prefix: str) -> str:
 def phrase(sentence: str) -> str:
     """A sentence to be put behind a colon or a comma."""
     return sentence[0].lower() + sentence[1:].rstrip(".")
+
+
+# ---- C++ ----
+
+
+def view(record: str) -> str:
+    """The view of a flat record, empty for none."""
+    return record and record.replace("Flat", "", 1) + "View"
+
+
+def member(head: str, parameters: str, qualifiers: str, value: str, width: int = 120) -> str:
+    """A member function that returns a value: in one line, or broken as clang-format breaks it."""
+    line = f"{head}({parameters}){qualifiers} {{ return {value}; }}"
+    if len(line) <= width:
+        return line
+    lines = textwrap.wrap(parameters.replace(" ", "\0").replace(",\0", ", "), width - len(head) - 2)
+    signature = f"\n{' ' * (len(head) + 1)}".join(lines).replace("\0", " ")
+    indent = " " * (len(head) - len(head.lstrip()))
+    return f"{head}({signature}){qualifiers}\n{indent}{{\n{indent}    return {value};\n{indent}}}"
 
 
 # ---- C# ----

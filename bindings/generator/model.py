@@ -249,6 +249,12 @@ class Field:
     words: str
     place: str
 
+    @property
+    def meaning(self) -> str:
+        """The words for those who read a record, without the key that documents have for the field."""
+        words = re.sub(r' ?\bKey "[^.]*\.', "", self.words)
+        return re.sub(r"No key: (\w)", lambda begin: begin[1].upper(), words)
+
 
 @dataclass(frozen=True)
 class Record:
@@ -437,33 +443,31 @@ def _function(member: Element, family: str) -> Function:
 
 def _record(compound: Element) -> Record:
     members = list(compound.iter("memberdef"))
-    fields: List[Field] = []
-    for member, following in zip(members, [*members[1:], None]):
-        fields.append(_field(member, following, is_first=not fields))
+    fields = [_field(member, following, is_first=member is members[0])
+              for member, following in zip(members, [*members[1:], None])]
     return Record(compound.findtext("compoundname", ""), _comment(compound), fields, _place(compound))
 
 
 def _field(member: Element, following: Optional[Element], is_first: bool) -> Field:
-    name = member.findtext("name", "")
-    type = _words(member.find("type"))
-    words = _comment(member)
-    record = re.match(r"Flat\w+", type)
-    count = ""
-    if type.endswith("*") and following is not None and following.findtext("type") == "uint32_t":
+    c_type = _words(member.find("type"))
+    record = re.match(r"Flat\w+", c_type)
+    count = ""  # a number in the record itself, behind the pointer that it counts for
+    if c_type.endswith("*") and following is not None and following.findtext("type") == "uint32_t":
         count = following.findtext("name", "")
-    if type == "uint32_t":
+    words = _comment(member)
+    keys = re.search(r'\bKey ("\w+"(?: or "\w+")*)(, required)?(, a flag)?', words)
+    if c_type == "uint32_t":
         kind = Kind.ID if is_first else Kind.COUNT
     elif count:
         kind = Kind.ARRAY
     elif record:
         kind = Kind.RECORD
-    else:
-        kind = _KINDS[type]
-    keys = re.search(r'\bKey ("\w+"(?: or "\w+")*)(, required)?(, a flag)?\.?', words)
-    if keys and keys[3]:
+    elif keys and keys[3]:
         kind = Kind.FLAG
+    else:
+        kind = _KINDS[c_type]
     return Field(
-        name=name, type=type, kind=kind, record=record[0] if record else "",
+        name=member.findtext("name", ""), type=c_type, kind=kind, record=record[0] if record else "",
         keys=re.findall(r'"(\w+)"', keys[1]) if keys else [], is_keyless="No key:" in words,
         is_required=bool(keys and keys[2]), count=count, words=words, place=_place(member),
     )

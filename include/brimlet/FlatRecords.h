@@ -85,7 +85,7 @@ typedef struct FlatOrganization
     uint16_t *kpp;          /**< Registration number KPP. Key "kpp". */
     uint16_t *ogrn;         /**< Registration number OGRN. Key "ogrn". */
     uint16_t *address;      /**< Address. Key "address_text". */
-    FlatPerson *contact;    /**< Contact person. Key "contact", an object with the keys of FlatPerson. An empty object
+    FlatPerson *contact;    /**< Contact person. Key "contact", an object with the keys of FlatPerson; an empty object
                                  or a value of another type is no contact. */
     FlatLocale *locale;     /**< Locale. Key "locale_id", the id of a locale. */
 } FlatOrganization;
@@ -204,7 +204,7 @@ typedef struct FlatSite
     FlatDevice *devices;       /**< Devices. Key "devices". Absent in every record that the library returns. */
     uint32_t deviceCount;      /**< Number of devices: 0 in every record that the library returns. */
     uint32_t *domainId;        /**< Id of the domain. Key "domain". */
-    FlatLocation *location;    /**< Location. Key "location", an object with the keys of FlatLocation. An empty object
+    FlatLocation *location;    /**< Location. Key "location", an object with the keys of FlatLocation; an empty object
                                     or a value of another type is no location. */
     int32_t *contractId;       /**< Id of the contract. Key "contract_id". */
     uint8_t *isSitePlanExists; /**< Whether there is a plan of the site. Key "site_plan", a flag. */

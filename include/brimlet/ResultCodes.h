@@ -164,9 +164,9 @@ enum BrimletLaunchResult {
 /** The result of getState. */
 enum BrimletState {
     /**
-     * Nothing is launched, or the launch is not finished.
+     * Not launched.
      *
-     * It is this again after exitCache.
+     * Nothing is launched, the launch is not finished, or exitCache has run.
      */
     BRIMLET_STATE_NONE = 0,
 

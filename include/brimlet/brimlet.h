@@ -32,7 +32,7 @@
  * 6. **The client owns** what it receives, and releases it whole with the function that the comment names, an array
  *    with the count that came with it. The free functions may be called at any time, also after exitCache. Every block
  *    comes from the allocator that the plain texts are released with: `free`, on Windows `CoTaskMemFree`.
- * 7. **Absent is not empty**: an absent field is a null pointer, an empty text is a block with the NUL terminator only.
+ * 7. **Absent is not empty**: what is absent is a null pointer, an empty text is a block with the NUL terminator only.
  * 8. **Searching**: a `...WithParams` function gets the records in which the field of a key equals a value. The key is
  *    compared exactly. The value is always given as text ("5" finds the number 5), without patterns or case folding.
  * 9. **Arrays** are in no particular order and never empty: a function with no record to return returns
@@ -142,7 +142,7 @@ BRIMLET_API uint32_t setServerIp(const uint16_t *text, uint32_t length);
  * Release it with free, on Windows with CoTaskMemFree.
  *
  * @param[out] address  receives the address
- * @retval BRIMLET_DONE         `*address` is the address, or stays null if there is none or it is empty
+ * @retval BRIMLET_DONE         `*address` is the address, absent if there is none or it is empty
  * @retval BRIMLET_READ_FAILED  the store could not be read
  * @retval BRIMLET_REFUSED      `*address` is not null
  */
@@ -1339,7 +1339,7 @@ BRIMLET_API uint32_t getSitesWithParams(FlatSite **sites, uint32_t *count, const
  * @param[out] name     receives the name
  * @param[out] address  receives the address
  * @param[in]  id       id of the site
- * @retval BRIMLET_DONE         `*name` and `*address` are the texts; what is absent stays null
+ * @retval BRIMLET_DONE         `*name` and `*address` are the texts, each absent if the site has none
  * @retval BRIMLET_READ_FAILED  the store could not be read
  * @retval BRIMLET_NOT_FOUND    the store has no site with this id
  * @retval BRIMLET_REFUSED      `*name` or `*address` is not null

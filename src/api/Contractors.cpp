@@ -1,21 +1,21 @@
-#include "api/DirectoryFlat.h"
+#include "api/ContractorFlat.h"
 #include "api/Families.h"
 
 using namespace brimlet;
 
 uint32_t addContractors(const uint16_t *json, uint32_t length)
 {
-    return addRecords(json, length, fillContractor, &Controller::addContractors);
+    return addRecords(json, length, documents::addContractors, &Controller::addContractors);
 }
 
 uint32_t updateContractor(FlatContractor **contractor, const uint16_t *json, uint32_t length)
 {
-    return updateRecord(contractor, json, length, fillContractor, &Controller::updateContractor);
+    return updateRecord(contractor, json, length, documents::updateContractor, &Controller::updateContractor);
 }
 
 uint32_t deleteContractor(const uint16_t *json, uint32_t length)
 {
-    return deleteRecord(json, length, ContractorsTable().id.fieldKeys.second, &Controller::deleteContractor);
+    return deleteRecord(json, length, documents::deleteContractor, &Controller::deleteContractor);
 }
 
 uint32_t getContractor(FlatContractor **contractor, uint32_t id)

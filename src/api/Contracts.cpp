@@ -1,21 +1,21 @@
-#include "api/DirectoryFlat.h"
+#include "api/ContractFlat.h"
 #include "api/Families.h"
 
 using namespace brimlet;
 
 uint32_t addContracts(const uint16_t *json, uint32_t length)
 {
-    return addRecords(json, length, fillContract, &Controller::addContracts);
+    return addRecords(json, length, documents::addContracts, &Controller::addContracts);
 }
 
 uint32_t updateContract(FlatContract **contract, const uint16_t *json, uint32_t length)
 {
-    return updateRecord(contract, json, length, fillContract, &Controller::updateContract);
+    return updateRecord(contract, json, length, documents::updateContract, &Controller::updateContract);
 }
 
 uint32_t deleteContract(const uint16_t *json, uint32_t length)
 {
-    return deleteRecord(json, length, ContractsTable().id.fieldKeys.second, &Controller::deleteContract);
+    return deleteRecord(json, length, documents::deleteContract, &Controller::deleteContract);
 }
 
 uint32_t getContract(FlatContract **contract, uint32_t id)

@@ -1,4 +1,4 @@
-#include "api/EquipmentFlat.h"
+#include "api/DeviceFlat.h"
 #include "api/Families.h"
 
 using namespace brimlet;
@@ -6,24 +6,24 @@ using namespace brimlet;
 uint32_t addDevice(const uint16_t *json, uint32_t length)
 {
     std::optional<Device> device;
-    if (const BrimletResult refused = readOneRecord(documentText(json, length), device, fillDevice))
+    if (const BrimletResult refused = documents::addDevice.read(documentText(json, length), device))
         return refused;
-    return instance()->addDevice(device); // the device as stored stays inside
+    return instance()->addDevice(device); // the stored device is not returned
 }
 
 uint32_t addDevices(const uint16_t *json, uint32_t length)
 {
-    return addRecords(json, length, fillDevice, &Controller::addDevices);
+    return addRecords(json, length, documents::addDevices, &Controller::addDevices);
 }
 
 uint32_t updateDeviceFw(FlatDevice **device, const uint16_t *json, uint32_t length)
 {
-    return updateRecord(device, json, length, fillDevice, &Controller::updateDeviceFw);
+    return updateRecord(device, json, length, documents::updateDeviceFw, &Controller::updateDeviceFw);
 }
 
 uint32_t deleteDevice(const uint16_t *json, uint32_t length)
 {
-    return deleteRecord(json, length, DevicesTable().id.fieldKeys.second, &Controller::deleteDevice);
+    return deleteRecord(json, length, documents::deleteDevice, &Controller::deleteDevice);
 }
 
 uint32_t getDevice(FlatDevice **device, uint32_t id)

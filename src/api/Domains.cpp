@@ -1,21 +1,21 @@
-#include "api/DirectoryFlat.h"
+#include "api/DomainFlat.h"
 #include "api/Families.h"
 
 using namespace brimlet;
 
 uint32_t addDomains(const uint16_t *json, uint32_t length)
 {
-    return addRecords(json, length, fillDomain, &Controller::addDomains);
+    return addRecords(json, length, documents::addDomains, &Controller::addDomains);
 }
 
 uint32_t updateDomain(FlatDomain **domain, const uint16_t *json, uint32_t length)
 {
-    return updateRecord(domain, json, length, fillDomain, &Controller::updateDomain);
+    return updateRecord(domain, json, length, documents::updateDomain, &Controller::updateDomain);
 }
 
 uint32_t deleteDomain(const uint16_t *json, uint32_t length)
 {
-    return deleteRecord(json, length, DomainsTable().id.fieldKeys.second, &Controller::deleteDomain);
+    return deleteRecord(json, length, documents::deleteDomain, &Controller::deleteDomain);
 }
 
 uint32_t getDomain(FlatDomain **domain, uint32_t id)

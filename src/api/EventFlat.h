@@ -1,4 +1,3 @@
-// What the flat record of an event carries.
 #pragma once
 
 #include "api/Flatten.h"
@@ -8,36 +7,34 @@
 namespace brimlet {
 
 // clang-format off
-
 template<>
 struct FlatForm<Event>
 {
     using Flat = FlatEvent;
     static constexpr auto fields = std::make_tuple(
-        carries(&Flat::id, &Event::id),
-        carries(&Flat::time, &Event::time),
-        carries(&Flat::deviceId, &Event::deviceId),
-        carries(&Flat::sectionId, &Event::sectionId),
-        carries(&Flat::zoneId, &Event::zoneId),
-        carries(&Flat::active, &Event::active),
-        carries(&Flat::eventClass, &Event::eventClass),
-        carries(&Flat::detector, &Event::detector),
-        carries(&Flat::reason, &Event::reason),
-        carries(&Flat::localTime, &Event::localTime),
-        carries(&Flat::channel, &Event::channel),
-        carries(&Flat::data, &Event::data),
-        carries(&Flat::reviewId, &Event::reviewId),
-        carries(&Flat::reviewState, &Event::reviewState),
-        carries(&Flat::userId, &Event::userId),
-        carries(&Flat::isClosed, &Event::isClosed),
-        carries(&Flat::affect, &Event::affect),
-        carries(&Flat::jData, &Event::jData),
-        carries(&Flat::account, &Event::account),
-        carries(&Flat::sectionName, &Event::sectionName),
-        carries(&Flat::zoneName, &Event::zoneName),
-        carries(&Flat::domainName, &Event::domainName));
+        flatField(&Flat::id, &Event::id),
+        flatField(&Flat::time, &Event::time),
+        flatField(&Flat::deviceId, &Event::deviceId),
+        flatField(&Flat::sectionId, &Event::sectionId),
+        flatField(&Flat::zoneId, &Event::zoneId),
+        flatField(&Flat::active, &Event::active),
+        flatField(&Flat::eventClass, &Event::eventClass),
+        flatField(&Flat::detector, &Event::detector),
+        flatField(&Flat::reason, &Event::reason),
+        flatField(&Flat::localTime, &Event::localTime),
+        flatField(&Flat::channel, &Event::channel),
+        flatField(&Flat::data, &Event::data),
+        flatField(&Flat::reviewId, &Event::reviewId),
+        flatField(&Flat::reviewState, &Event::reviewState),
+        flatField(&Flat::userId, &Event::userId),
+        flatField(&Flat::isClosed, &Event::isClosed),
+        flatField(&Flat::affect, &Event::affect),
+        flatField(&Flat::jData, &Event::jData),
+        flatField(&Flat::account, &Event::account),
+        flatField(&Flat::sectionName, &Event::sectionName),
+        flatField(&Flat::zoneName, &Event::zoneName),
+        flatField(&Flat::domainName, &Event::domainName));
 };
-
 // clang-format on
 
 } // namespace brimlet

@@ -5,18 +5,18 @@ using namespace brimlet;
 
 uint32_t addEvent(FlatEvent **event, const uint16_t *json, uint32_t length)
 {
-    return updateRecord(event, json, length, fillEvent, &Controller::addEvent);
+    return updateRecord(event, json, length, documents::addEvent, &Controller::addEvent);
 }
 
 uint32_t addEvents(FlatEvent **events, uint32_t *count, const uint16_t *json, uint32_t length)
 {
-    // No guard, on purpose: what the target holds is overwritten.
+    // Intentionally no check of the target: the pointer that it holds is overwritten.
     std::vector<Event> records;
-    if (const BrimletResult refused = readBatch(documentText(json, length), records, fillEvent))
+    if (const BrimletResult refused = documents::addEvents.read(documentText(json, length), records))
         return refused;
     if (const BrimletResult failed = instance()->addEvents(records))
         return failed;
-    return putOut(events, count, std::move(records));
+    return exportRecords(events, count, std::move(records));
 }
 
 uint32_t getEvents(FlatEvent **events, uint32_t *count, uint32_t from, uint32_t to)
@@ -31,14 +31,14 @@ uint32_t getAffectEvents(FlatEvent **events, uint32_t *count)
 
 uint32_t removeAffectFlag(FlatEvent **event, const uint16_t *json, uint32_t length)
 {
-    // No guard, on purpose: a block that the target holds is released on success.
-    quint32 id = 0;
-    if (const BrimletResult refused = readBareId(documentText(json, length), EventsTable().id.fieldKeys.third, id))
+    // Intentionally no check of the target: a block that it holds is freed on success.
+    std::array<quint32, 1> ids{};
+    if (const BrimletResult refused = documents::removeAffectFlag.read(documentText(json, length), ids))
         return refused;
     std::optional<Event> record;
-    if (const BrimletResult failed = instance()->removeAffectFlag(record, id))
+    if (const BrimletResult failed = instance()->removeAffectFlag(record, ids.front()))
         return failed;
-    return putOut(event, record);
+    return exportRecord(event, record);
 }
 
 uint32_t clearEventsBeforeDateExceptAffects(uint32_t date)

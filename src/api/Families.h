@@ -1,11 +1,11 @@
-// The exported functions by family: the order of their steps, written once. An entity brings its reader, its step of
-// the Controller and its flat record.
+// The steps of each family of exported functions. An entity supplies its reader, its method of the Controller and its
+// flat record.
 #pragma once
 
+#include "api/DocumentFunctions.h"
 #include "api/Flatten.h"
 #include "api/Instance.h"
 #include "brimlet/brimlet.h"
-#include "json/Documents.h"
 
 #include <limits>
 
@@ -18,8 +18,8 @@ inline QString toString(const uint16_t *text, uint32_t length)
     return QString::fromUtf16(text, static_cast<int>(length));
 }
 
-// A document as it lies in the client's memory, for the time of a call. What QString::fromUtf16 would not take over
-// unit by unit goes through it: no text, a byte order mark, a count beyond a QString's.
+// A document in the client's memory, without a copy, for the duration of a call. QString::fromUtf16 handles what it
+// would not copy unit by unit: an empty text, a byte order mark, a count beyond that of a QString.
 inline QString documentText(const uint16_t *text, uint32_t length)
 {
     const bool isPlain = text && length > 0 && length <= std::numeric_limits<int>::max()
@@ -29,9 +29,9 @@ inline QString documentText(const uint16_t *text, uint32_t length)
     return QString::fromRawData(reinterpret_cast<const QChar *>(text), static_cast<int>(length));
 }
 
-// Puts a record out in a block of its own, in place of the block that the target holds.
+// Allocates the flat record. Frees the block that the target holds, which is null unless the function allows otherwise.
 template<class Record>
-uint32_t putOut(FlatOf<Record> **out, const std::optional<Record> &record)
+uint32_t exportRecord(FlatOf<Record> **out, const std::optional<Record> &record)
 {
     if (!record)
         return BRIMLET_NO_RECORD;
@@ -42,7 +42,7 @@ uint32_t putOut(FlatOf<Record> **out, const std::optional<Record> &record)
 }
 
 template<class Record>
-uint32_t putOut(FlatOf<Record> **out, uint32_t *count, std::vector<Record> &&records)
+uint32_t exportRecords(FlatOf<Record> **out, uint32_t *count, std::vector<Record> &&records)
 {
     const size_t size = records.size();
     *out = flatArray(std::move(records));
@@ -55,44 +55,41 @@ uint32_t putOut(FlatOf<Record> **out, uint32_t *count, std::vector<Record> &&rec
 // ---- Documents in ----
 
 template<class Record, class Keys>
-uint32_t addRecords(const uint16_t *text, uint32_t length, ObjectReader<Record, Keys> fill,
+uint32_t addRecords(const uint16_t *text, uint32_t length, const BatchDocument<Record, Keys> &document,
                     BrimletResult (Controller::*add)(const std::vector<Record> &))
 {
     std::vector<Record> records;
-    if (const BrimletResult refused = readBatch(documentText(text, length), records, fill))
+    if (const BrimletResult refused = document.read(documentText(text, length), records))
         return refused;
     return (instance()->*add)(records);
 }
 
-// Reads one record and gives what the step leaves in its place, for keys that stand beside it.
+// Reads one record and exports the record that the Controller leaves in its place.
 template<class Record, class Keys, class... Parents>
-uint32_t updateRecord(FlatOf<Record> **out, const QString &text, ObjectReader<Record, Keys> fill,
-                      BrimletResult (Controller::*update)(std::optional<Record> &, Parents...), Parents... parents)
-{
-    std::optional<Record> record;
-    if (const BrimletResult refused = readOneRecord(text, record, fill))
-        return refused;
-    if (const BrimletResult failed = (instance()->*update)(record, parents...))
-        return failed;
-    return putOut(out, record);
-}
-
-template<class Record, class Keys>
-uint32_t updateRecord(FlatOf<Record> **out, const uint16_t *text, uint32_t length, ObjectReader<Record, Keys> fill,
-                      BrimletResult (Controller::*update)(std::optional<Record> &))
+uint32_t updateRecord(FlatOf<Record> **out, const uint16_t *text, uint32_t length,
+                      const RecordDocument<Record, Keys, sizeof...(Parents)> &document,
+                      BrimletResult (Controller::*update)(std::optional<Record> &, Parents...))
 {
     if (*out)
         return BRIMLET_REFUSED;
-    return updateRecord(out, documentText(text, length), fill, update);
+    std::optional<Record> record;
+    std::array<quint32, sizeof...(Parents)> parents{};
+    if (const BrimletResult refused = document.read(documentText(text, length), record, parents))
+        return refused;
+    const auto step = [&](auto... ids) { return (instance()->*update)(record, ids...); };
+    if (const BrimletResult failed = std::apply(step, parents))
+        return failed;
+    return exportRecord(out, record);
 }
 
-inline uint32_t deleteRecord(const uint16_t *text, uint32_t length, const QString &key,
-                             BrimletResult (Controller::*remove)(quint32))
+template<class Keys>
+uint32_t deleteRecord(const uint16_t *text, uint32_t length, const IdDocument<Keys, 1> &document,
+                      BrimletResult (Controller::*remove)(quint32))
 {
-    quint32 id = 0;
-    if (const BrimletResult refused = readBareId(documentText(text, length), key, id))
+    std::array<quint32, 1> ids{};
+    if (const BrimletResult refused = document.read(documentText(text, length), ids))
         return refused;
-    return (instance()->*remove)(id);
+    return (instance()->*remove)(ids.front());
 }
 
 // ---- Records out ----
@@ -105,7 +102,7 @@ uint32_t getRecord(FlatOf<Record> **out, BrimletResult (Controller::*get)(std::o
     std::optional<Record> record;
     if (const BrimletResult failed = (instance()->*get)(record, ids...))
         return failed;
-    return putOut(out, record);
+    return exportRecord(out, record);
 }
 
 template<class Record, class... Arguments, class... Values>
@@ -117,10 +114,10 @@ uint32_t getRecords(FlatOf<Record> **out, uint32_t *count,
     std::vector<Record> records;
     if (const BrimletResult failed = (instance()->*get)(records, values...))
         return failed;
-    return putOut(out, count, std::move(records));
+    return exportRecords(out, count, std::move(records));
 }
 
-// The texts are looked at behind the guard.
+// Checks the target before it reads the texts.
 template<class Record, class... Parents>
 uint32_t getRecordsByField(FlatOf<Record> **out, uint32_t *count,
                            BrimletResult (Controller::*get)(std::vector<Record> &, const QString &, const QString &,

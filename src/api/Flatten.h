@@ -1,6 +1,6 @@
-// From records to the flat records that the client owns, and their release. What a flat record holds stands in its
-// FlatForm: pairs of a flat member and the record's member that it carries, in the order of the flat record, which is
-// also the order of its release.
+// Fills the flat records that the client owns and releases them. The FlatForm of a record lists its fields: pairs of a
+// flat member and the record's member that it shows, in the order of the flat record, which is also the order of
+// release.
 #pragma once
 
 #include "api/SharedMemory.h"
@@ -14,7 +14,7 @@
 
 namespace brimlet {
 
-// Specialised for each record: `Flat`, its flat record, and `fields`, the pairs.
+// Specialised for each record: `Flat`, its flat record, and `fields`, the list of pairs.
 template<class Record>
 struct FlatForm;
 
@@ -35,10 +35,10 @@ void release(T *&block)
 
 // ---- The kinds of fields ----
 
-// Whether a flat member has the type that a record's member asks for: the value itself where it is always there,
-// else a block of 16-bit units for a text, or a cell of the value's size, sign and kind.
+// Whether a flat member has the type that the record's member requires: the same type if it is always present,
+// otherwise a pointer to UTF-16 code units for a text, or to a cell of the value's size and signedness.
 template<class FlatMember, class Member>
-constexpr bool canCarry()
+constexpr bool canHold()
 {
     using Value = typename Unwrapped<Member>::Value;
     using Cell = std::remove_pointer_t<FlatMember>;
@@ -54,9 +54,9 @@ constexpr bool canCarry()
             && std::numeric_limits<Cell>::is_integer == std::numeric_limits<Value>::is_integer;
 }
 
-// A value in the flat record itself, or in a block of its own where it can be absent.
+// A value: in the flat record itself, or in its own block if it may be absent.
 template<class Flat, class FlatMember, class Record, class Member>
-struct CarriedValue
+struct FlatValue
 {
     FlatMember Flat::*flatMember;
     Member Record::*member;
@@ -83,9 +83,9 @@ struct CarriedValue
     }
 };
 
-// A record in a block of its own.
+// A record in its own block.
 template<class Flat, class FlatPart, class Record, class Part>
-struct CarriedRecord
+struct FlatNested
 {
     FlatPart *Flat::*flatMember;
     std::optional<Part> Record::*member;
@@ -110,7 +110,7 @@ struct CarriedRecord
     }
 };
 
-// The flat records of a list in one block, null for an empty list.
+// The flat records of a list in one block, or null for an empty list.
 template<class Record>
 FlatOf<Record> *flatArray(const std::vector<Record> &records)
 {
@@ -122,7 +122,7 @@ FlatOf<Record> *flatArray(const std::vector<Record> &records)
     return block;
 }
 
-// The same for a list that may be long: half by half, the records go as soon as their flat forms are there.
+// The same for a list that may be long: it frees the records half by half, as soon as their flat records are filled.
 template<class Record>
 FlatOf<Record> *flatArray(std::vector<Record> &&records)
 {
@@ -139,7 +139,7 @@ FlatOf<Record> *flatArray(std::vector<Record> &&records)
     return block;
 }
 
-// Releases what the elements hold, up to the first that refuses, and then the block.
+// Releases the contents of the elements, then the block. Stops at the first element that refuses.
 template<class Record>
 BrimletResult releaseArray(FlatOf<Record> *&block, uint32_t count)
 {
@@ -150,9 +150,9 @@ BrimletResult releaseArray(FlatOf<Record> *&block, uint32_t count)
     return BRIMLET_DONE;
 }
 
-// A list of records in one block, its count beside it. A release where the two disagree is refused.
+// A list of records in one block, with its count. Release refuses a pointer and a count that disagree.
 template<class Flat, class FlatPart, class Record, class Part>
-struct CarriedList
+struct FlatList
 {
     FlatPart *Flat::*flatMember;
     uint32_t Flat::*flatCount;
@@ -179,9 +179,9 @@ struct CarriedList
     }
 };
 
-// A list of numbers in one block. Its count is set to 0 at the release and not looked at.
+// A list of numbers in one block, with its count, which release ignores and sets to 0.
 template<class Flat, class Record>
-struct CarriedNumbers
+struct FlatNumbers
 {
     uint32_t *Flat::*flatMember;
     uint32_t Flat::*flatCount;
@@ -205,46 +205,46 @@ struct CarriedNumbers
     }
 };
 
-// ---- Stating them ----
+// ---- The entries of a form ----
 
 template<class Flat, class FlatMember, class Record, class Member>
-constexpr CarriedValue<Flat, FlatMember, Record, Member> carries(FlatMember Flat::*flatMember, Member Record::*member)
+constexpr FlatValue<Flat, FlatMember, Record, Member> flatField(FlatMember Flat::*flatMember, Member Record::*member)
 {
-    static_assert(canCarry<FlatMember, Member>(), "the cell of the flat record cannot hold this member of the record");
+    static_assert(canHold<FlatMember, Member>(), "the cell of the flat record cannot hold this member of the record");
     return {flatMember, member};
 }
 
 template<class Flat, class FlatPart, class Record, class Part>
-constexpr CarriedRecord<Flat, FlatPart, Record, Part> carriesRecord(FlatPart *Flat::*flatMember,
-                                                                    std::optional<Part> Record::*member)
+constexpr FlatNested<Flat, FlatPart, Record, Part> flatNested(FlatPart *Flat::*flatMember,
+                                                              std::optional<Part> Record::*member)
 {
     return {flatMember, member};
 }
 
 template<class Flat, class FlatPart, class Record, class Part>
-constexpr CarriedList<Flat, FlatPart, Record, Part> carriesList(FlatPart *Flat::*flatMember, uint32_t Flat::*flatCount,
-                                                                std::vector<Part> Record::*member)
+constexpr FlatList<Flat, FlatPart, Record, Part> flatList(FlatPart *Flat::*flatMember, uint32_t Flat::*flatCount,
+                                                          std::vector<Part> Record::*member)
 {
     return {flatMember, flatCount, member};
 }
 
 template<class Flat, class Record>
-constexpr CarriedNumbers<Flat, Record> carriesNumbers(uint32_t *Flat::*flatMember, uint32_t Flat::*flatCount,
-                                                      std::vector<quint32> Record::*member)
+constexpr FlatNumbers<Flat, Record> flatNumbers(uint32_t *Flat::*flatMember, uint32_t Flat::*flatCount,
+                                                std::vector<quint32> Record::*member)
 {
     return {flatMember, flatCount, member};
 }
 
 // ---- A whole record ----
 
-// Into a zeroed flat record.
+// `flat` must be zeroed.
 template<class Record>
 void fillFlat(FlatOf<Record> &flat, const Record &record)
 {
     std::apply([&](const auto &...field) { (field.fill(flat, record), ...); }, FlatForm<Record>::fields);
 }
 
-// Releases what a flat record points to, field by field up to the first that refuses, and sets each to null.
+// Releases what a flat record points to, field by field, and sets each to null. Stops at the first field that refuses.
 template<class Record>
 BrimletResult releaseFlat(FlatOf<Record> &flat)
 {

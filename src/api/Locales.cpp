@@ -1,11 +1,11 @@
-#include "api/DirectoryFlat.h"
 #include "api/Families.h"
+#include "api/LocaleFlat.h"
 
 using namespace brimlet;
 
 uint32_t addLocales(const uint16_t *json, uint32_t length)
 {
-    return addRecords(json, length, fillLocale, &Controller::addLocales);
+    return addRecords(json, length, documents::addLocales, &Controller::addLocales);
 }
 
 uint32_t getLocale(FlatLocale **locale, uint32_t id)

@@ -1,21 +1,21 @@
-#include "api/DirectoryFlat.h"
 #include "api/Families.h"
+#include "api/OrganizationFlat.h"
 
 using namespace brimlet;
 
 uint32_t addOrganizations(const uint16_t *json, uint32_t length)
 {
-    return addRecords(json, length, fillOrganization, &Controller::addOrganizations);
+    return addRecords(json, length, documents::addOrganizations, &Controller::addOrganizations);
 }
 
 uint32_t updateOrganization(FlatOrganization **organization, const uint16_t *json, uint32_t length)
 {
-    return updateRecord(organization, json, length, fillOrganization, &Controller::updateOrganization);
+    return updateRecord(organization, json, length, documents::updateOrganization, &Controller::updateOrganization);
 }
 
 uint32_t deleteOrganization(const uint16_t *json, uint32_t length)
 {
-    return deleteRecord(json, length, OrganizationsTable().id.fieldKeys.second, &Controller::deleteOrganization);
+    return deleteRecord(json, length, documents::deleteOrganization, &Controller::deleteOrganization);
 }
 
 uint32_t getOrganization(FlatOrganization **organization, uint32_t id)

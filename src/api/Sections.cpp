@@ -1,29 +1,19 @@
-#include "api/EquipmentFlat.h"
 #include "api/Families.h"
+#include "api/SectionFlat.h"
 
 using namespace brimlet;
 
 uint32_t updateSection(FlatSection **section, const uint16_t *json, uint32_t length)
 {
-    if (*section)
-        return BRIMLET_REFUSED;
-    const QString text = documentText(json, length);
-    quint32 deviceId = 0;
-    if (const BrimletResult refused = readBareId(text, SectionsTable().deviceId.fieldKeys.second, deviceId))
-        return refused;
-    return updateRecord(section, text, fillSection, &Controller::updateSection, deviceId);
+    return updateRecord(section, json, length, documents::updateSection, &Controller::updateSection);
 }
 
 uint32_t deleteSection(const uint16_t *json, uint32_t length)
 {
-    const QString text = documentText(json, length);
-    const SectionsTable keys;
-    quint32 deviceId = 0;
-    if (const BrimletResult refused = readBareId(text, keys.deviceId.fieldKeys.second, deviceId))
+    std::array<quint32, 2> ids{};
+    if (const BrimletResult refused = documents::deleteSection.read(documentText(json, length), ids))
         return refused;
-    quint32 sectionId = 0;
-    if (const BrimletResult refused = readBareId(text, keys.sectionId.fieldKeys.second, sectionId))
-        return refused;
+    const auto [deviceId, sectionId] = ids;
     return instance()->deleteSection(sectionId, deviceId);
 }
 

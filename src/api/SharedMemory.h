@@ -1,5 +1,5 @@
-// The allocator that the library shares with its clients: every block that crosses the boundary comes from here and
-// goes back here, on whichever side that happens.
+// The allocator that the library shares with its clients: every block that crosses the boundary is allocated and
+// released by it, on either side.
 #pragma once
 
 #include <QString>
@@ -22,7 +22,7 @@ inline void *allocateShared(size_t size)
 #endif
 }
 
-// A null pointer is let through.
+// `block` may be null.
 inline void freeShared(void *block)
 {
 #ifdef _WIN32
@@ -32,8 +32,7 @@ inline void freeShared(void *block)
 #endif
 }
 
-// A block for `count` elements, which the caller fills whole. An exhausted allocator ends the process here: no client
-// could go on with half a record.
+// An uninitialised block for `count` elements. Aborts if out of memory: no client could use half a record.
 template<class T>
 T *allocate(size_t count = 1)
 {
@@ -43,14 +42,14 @@ T *allocate(size_t count = 1)
     return static_cast<T *>(block);
 }
 
-// The same with all elements zero, for records, which have absent fields and gaps between them.
+// A zeroed block, for records, which have absent fields and padding.
 template<class T>
 T *allocateZeroed(size_t count = 1)
 {
     return static_cast<T *>(std::memset(allocate<T>(count), 0, count * sizeof(T)));
 }
 
-// A text with its terminator, or null for none.
+// A copy of the text with its NUL terminator, or null if there is no text.
 inline uint16_t *copyText(const std::optional<QString> &text)
 {
     if (!text)

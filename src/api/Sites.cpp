@@ -1,21 +1,21 @@
-#include "api/EquipmentFlat.h"
 #include "api/Families.h"
+#include "api/SiteFlat.h"
 
 using namespace brimlet;
 
 uint32_t addSites(const uint16_t *json, uint32_t length)
 {
-    return addRecords(json, length, fillSite, &Controller::addSites);
+    return addRecords(json, length, documents::addSites, &Controller::addSites);
 }
 
 uint32_t updateSite(FlatSite **site, const uint16_t *json, uint32_t length)
 {
-    return updateRecord(site, json, length, fillSite, &Controller::updateSite);
+    return updateRecord(site, json, length, documents::updateSite, &Controller::updateSite);
 }
 
 uint32_t deleteSite(const uint16_t *json, uint32_t length)
 {
-    return deleteRecord(json, length, SitesTable().id.fieldKeys.second, &Controller::deleteSite);
+    return deleteRecord(json, length, documents::deleteSite, &Controller::deleteSite);
 }
 
 uint32_t getSite(FlatSite **site, uint32_t id)

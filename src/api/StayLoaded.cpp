@@ -1,5 +1,5 @@
-// Part of the library on Windows only. Once loaded, the library stays in the process, as "nodelete" has it elsewhere:
-// Qt keeps threads' data and static objects that must not lose their code.
+// Windows only. Once loaded, the library stays in the process, like with "nodelete" elsewhere: Qt keeps thread data and
+// static objects whose code must not be unloaded.
 #include <windows.h>
 
 namespace {

@@ -1,21 +1,21 @@
-#include "api/DirectoryFlat.h"
 #include "api/Families.h"
+#include "api/UserFlat.h"
 
 using namespace brimlet;
 
 uint32_t addUsers(const uint16_t *json, uint32_t length)
 {
-    return addRecords(json, length, fillUser, &Controller::addUsers);
+    return addRecords(json, length, documents::addUsers, &Controller::addUsers);
 }
 
 uint32_t updateUser(FlatUser **user, const uint16_t *json, uint32_t length)
 {
-    return updateRecord(user, json, length, fillUser, &Controller::updateUser);
+    return updateRecord(user, json, length, documents::updateUser, &Controller::updateUser);
 }
 
 uint32_t deleteUser(const uint16_t *json, uint32_t length)
 {
-    return deleteRecord(json, length, UsersTable().id.fieldKeys.second, &Controller::deleteUser);
+    return deleteRecord(json, length, documents::deleteUser, &Controller::deleteUser);
 }
 
 uint32_t getUser(FlatUser **user, uint32_t id)

@@ -1,43 +1,19 @@
-#include "api/EquipmentFlat.h"
 #include "api/Families.h"
+#include "api/ZoneFlat.h"
 
 using namespace brimlet;
 
-namespace {
-
-// The keys that stand beside a zone.
-BrimletResult readParents(quint32 &deviceId, quint32 &sectionId, const QString &text)
-{
-    const ZonesTable keys;
-    if (const BrimletResult refused = readBareId(text, keys.deviceId.fieldKeys.second, deviceId))
-        return refused;
-    return readBareId(text, keys.sectionId.fieldKeys.second, sectionId);
-}
-
-} // namespace
-
 uint32_t updateZone(FlatZone **zone, const uint16_t *json, uint32_t length)
 {
-    if (*zone)
-        return BRIMLET_REFUSED;
-    const QString text = documentText(json, length);
-    quint32 deviceId = 0;
-    quint32 sectionId = 0;
-    if (const BrimletResult refused = readParents(deviceId, sectionId, text))
-        return refused;
-    return updateRecord(zone, text, fillZone, &Controller::updateZone, deviceId, sectionId);
+    return updateRecord(zone, json, length, documents::updateZone, &Controller::updateZone);
 }
 
 uint32_t deleteZone(const uint16_t *json, uint32_t length)
 {
-    const QString text = documentText(json, length);
-    quint32 deviceId = 0;
-    quint32 sectionId = 0;
-    if (const BrimletResult refused = readParents(deviceId, sectionId, text))
+    std::array<quint32, 3> ids{};
+    if (const BrimletResult refused = documents::deleteZone.read(documentText(json, length), ids))
         return refused;
-    quint32 zoneId = 0;
-    if (const BrimletResult refused = readBareId(text, ZonesTable().zoneId.fieldKeys.second, zoneId))
-        return refused;
+    const auto [deviceId, sectionId, zoneId] = ids;
     return instance()->deleteZone(zoneId, deviceId, sectionId);
 }
 

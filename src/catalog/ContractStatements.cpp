@@ -41,7 +41,7 @@ void TableCatalog::prepareContractsSelectByField(QSqlQuery &query, const QString
 
 QStringList TableCatalog::contractColumns() const
 {
-    return columnsOf(contracts, ContractFields::selectOrder) + columnsOf(contractors, ContractorFields::selectOrder)
+    return columnsOf(contracts, ContractFields::selectOrder) + columnsOf(contractors, ContractorFields::recordOrder)
          + userColumns();
 }
 

@@ -21,7 +21,7 @@ void TableCatalog::prepareContractorUpsert(QSqlQuery &query, const Contractor &c
 
 QString TableCatalog::contractorsSelect() const
 {
-    return selectText(columnsOf(contractors, ContractorFields::selectOrder), contractors.table);
+    return selectText(columnsOf(contractors, ContractorFields::recordOrder), contractors.table);
 }
 
 void TableCatalog::prepareContractorsSelect(QSqlQuery &query) const

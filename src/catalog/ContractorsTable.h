@@ -30,15 +30,15 @@ inline constexpr auto officialName = mapped(&Contractor::officialName, &Contract
 inline constexpr auto name = mapped(&Contractor::name, &ContractorsTable::name);
 inline constexpr auto extra = mapped(&Contractor::extra, &ContractorsTable::extra);
 
-inline constexpr auto tableOrder = // also that of upserts and searches
+inline constexpr auto tableOrder = // also that of updates and searches
     inOrder(id, inn, orgId, type, officialName, name, extra);
-inline constexpr auto selectOrder = // also that of documents
+inline constexpr auto recordOrder = // that of documents and selects
     inOrder(id, inn, type, officialName, name, extra, orgId);
 
 } // namespace ContractorFields
 
-// Where a result holds a contractor.
-struct ContractorColumns : RowPart<ContractorFields::selectOrder>
+// The columns of a result that hold a contractor.
+struct ContractorColumns : RowPart<ContractorFields::recordOrder>
 {
     ContractorColumns(const TableCatalog &tables, ResultColumns &columns);
 };

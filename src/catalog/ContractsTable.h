@@ -31,19 +31,15 @@ inline constexpr auto status = mapped(&Contract::status, &ContractsTable::status
 inline constexpr auto date = mapped(&Contract::date, &ContractsTable::date).absentAs(QVariant::String);
 inline constexpr auto description = mapped(&Contract::description, &ContractsTable::description);
 inline constexpr auto extra = mapped(&Contract::extra, &ContractsTable::extra);
-inline constexpr auto user = mapped(&Contract::user, &ContractsTable::userId);
+inline constexpr auto user = mapped(&Contract::user, &ContractsTable::userId).notSearchable();
 
-inline constexpr auto tableOrder = // also that of upserts
+inline constexpr auto tableOrder = // also that of documents, updates and searches
     inOrder(id, number, contractor, name, status, date, description, extra, user);
-inline constexpr auto selectOrder = // contractor and user come through their joins
-    inOrder(id, number, name, status, date, description, extra);
-inline constexpr auto documentOrder = inOrder(id, number, name, status, date, description, extra, contractor, user);
-inline constexpr auto searchOrder = // the user cannot be searched for
-    inOrder(id, number, contractor, name, status, date, description, extra);
+inline constexpr auto selectOrder = withoutEmbedded(tableOrder);
 
 } // namespace ContractFields
 
-// Where a result holds a contract with its contractor and its user.
+// The columns of a result that hold a contract with its contractor and its user.
 struct ContractColumns : RowPart<ContractFields::selectOrder>
 {
     ContractColumns(const TableCatalog &tables, ResultColumns &columns);

@@ -16,7 +16,7 @@ void TableCatalog::prepareDevicesInsert(QSqlQuery &query, const std::vector<Devi
 
 QString TableCatalog::devicesSelect() const
 {
-    return selectText(columnsOf(devices, DeviceFields::selectOrder) + domainColumns(), devices.table)
+    return selectText(columnsOf(devices, DeviceFields::recordOrder) + domainColumns(), devices.table)
          + domainJoin(devices.domainId.column);
 }
 

@@ -55,7 +55,7 @@ void TableCatalog::prepareDeviceUserSectionLinksTable(QSqlQuery &query) const
 
 void TableCatalog::prepareDeviceUserSectionLinksInsert(QSqlQuery &query, const std::vector<Device> &records) const
 {
-    // A link is all key: one that exists stays, and nothing can change in it.
+    // All columns of a link are its key: a link that exists stays as it is.
     prepare(query, insertText(deviceUserSectionLinks.table,
                               columnsOf(deviceUserSectionLinks, DeviceUserSectionLinkFields::tableOrder), ",",
                               "INSERT OR IGNORE"));
@@ -75,7 +75,7 @@ QString TableCatalog::deviceUserLinksSelect() const
 
 void TableCatalog::prepareDeviceUserLinksSelect(QSqlQuery &query, quint32 deviceId, quint32 deviceUserId) const
 {
-    prepareSubRead(query, &TableCatalog::deviceUserLinksSelect, {deviceId, deviceUserId});
+    prepareChildQuery(query, &TableCatalog::deviceUserLinksSelect, {deviceId, deviceUserId});
 }
 
 void TableCatalog::prepareLinksOfDeviceDelete(QSqlQuery &query, quint32 deviceId) const

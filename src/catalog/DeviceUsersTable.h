@@ -26,18 +26,18 @@ inline constexpr auto name = mapped(&DeviceUser::name, &DeviceUsersTable::name);
 inline constexpr auto comment = mapped(&DeviceUser::comment, &DeviceUsersTable::comment);
 inline constexpr auto phone = mapped(&DeviceUser::phone, &DeviceUsersTable::phone);
 
-// Behind the device's key; also that of documents and selects.
+// After the device's key; also that of documents and selects.
 inline constexpr auto tableOrder = inOrder(id, name, comment, phone);
 
 } // namespace DeviceUserFields
 
-// Where a result holds a device user. The links are read on their own.
+// The columns of a result that hold a device user. A separate query reads the links.
 struct DeviceUserColumns : RowPart<DeviceUserFields::tableOrder>
 {
     DeviceUserColumns(const TableCatalog &tables, ResultColumns &columns);
 };
 
-// Which user of a device reaches which of its sections. No document names these columns.
+// The sections that each user of a device may reach. These columns have no JSON keys.
 struct DeviceUserSectionLinksTable : Table
 {
     DeviceUserSectionLinksTable() : Table("DeviceUserSectionLinks") {}
@@ -59,7 +59,7 @@ inline constexpr auto tableOrder = inOrder(deviceId, deviceUserId, sectionId); /
 
 } // namespace DeviceUserSectionLinkFields
 
-// Where a result holds a link.
+// The columns of a result that hold a link.
 struct DeviceUserLinkColumns : RowPart<DeviceUserSectionLinkFields::tableOrder>
 {
     DeviceUserLinkColumns(const TableCatalog &tables, ResultColumns &columns);

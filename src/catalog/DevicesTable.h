@@ -26,18 +26,19 @@ inline constexpr auto account = mapped(&Device::account, &DevicesTable::account)
 inline constexpr auto domainId = mapped(&Device::domainId, &DevicesTable::domainId);
 inline constexpr auto configVersion = mapped(&Device::configVersion, &DevicesTable::configVersion);
 inline constexpr auto isParted = mapped(&Device::isParted, &DevicesTable::isParted).absentAs(QVariant::UInt);
-inline constexpr auto clusterId = mapped(&Device::clusterId, &DevicesTable::clusterId);
+// Intentional, for compatibility: not searchable.
+inline constexpr auto clusterId = mapped(&Device::clusterId, &DevicesTable::clusterId).notSearchable();
 
-inline constexpr auto tableOrder = // also that of documents
+inline constexpr auto tableOrder = // also that of documents and searches
     inOrder(id, account, domainId, configVersion, isParted, clusterId);
-inline constexpr auto selectOrder = inOrder(id, account, configVersion, isParted, clusterId, domainId);
-inline constexpr auto searchOrder = // kept on purpose: the cluster cannot be searched for
-    inOrder(id, account, domainId, configVersion, isParted);
+inline constexpr auto recordOrder = // that of selects
+    inOrder(id, account, configVersion, isParted, clusterId, domainId);
 
 } // namespace DeviceFields
 
-// Where a result holds a device with its domain. Sections and users are read on their own.
-struct DeviceColumns : RowPart<DeviceFields::selectOrder>
+// The columns of a result that hold a device with its domain. Separate queries read its sections and
+// users.
+struct DeviceColumns : RowPart<DeviceFields::recordOrder>
 {
     DeviceColumns(const TableCatalog &tables, ResultColumns &columns);
 

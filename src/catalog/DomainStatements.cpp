@@ -37,7 +37,7 @@ void TableCatalog::prepareDomainsSelect(QSqlQuery &query) const
 
 void TableCatalog::prepareDomainSelectById(QSqlQuery &query, quint32 id) const
 {
-    prepareSubRead(query, &TableCatalog::domainSelectById, {id});
+    prepareChildQuery(query, &TableCatalog::domainSelectById, {id});
 }
 
 void TableCatalog::prepareDomainsSelectByField(QSqlQuery &query, const QString &column, const QString &value) const

@@ -22,12 +22,12 @@ inline constexpr auto name = mapped(&Domain::name, &DomainsTable::name);
 inline constexpr auto orgId = mapped(&Domain::orgId, &DomainsTable::orgId);
 inline constexpr auto locale = mapped(&Domain::locale, &DomainsTable::localeId);
 
-inline constexpr auto tableOrder = inOrder(id, name, orgId, locale); // also that of documents, upserts and searches
-inline constexpr auto selectOrder = inOrder(id, name, orgId);        // the locale comes through its join
+inline constexpr auto tableOrder = inOrder(id, name, orgId, locale); // also that of documents, updates and searches
+inline constexpr auto selectOrder = withoutEmbedded(tableOrder);
 
 } // namespace DomainFields
 
-// Where a result holds a domain with its locale.
+// The columns of a result that hold a domain with its locale.
 struct DomainColumns : RowPart<DomainFields::selectOrder>
 {
     DomainColumns(const TableCatalog &tables, ResultColumns &columns);

@@ -20,8 +20,8 @@ void TableCatalog::prepareEventsInsert(QSqlQuery &query, const std::vector<Event
     bindBatch(query, records, EventFields::tableOrder);
 }
 
-// What every read of events begins with. Only this select lets its caller choose a join: without the device an event
-// is found by its id, and by nothing else.
+// The select of every read of events. An event of an unknown device is found by its id only, so the caller chooses the
+// join with the devices.
 QString TableCatalog::prepareEventsSelect(bool innerDevices) const
 {
     return selectText(

@@ -59,7 +59,7 @@ inline constexpr auto tableOrder = // also that of documents and selects
 
 } // namespace EventFields
 
-// Where a result holds an event, and what its equipment and its operator bring.
+// The columns of a result that hold an event with the account, the names of its equipment and its operator's domain.
 struct EventColumns : RowPart<EventFields::tableOrder>
 {
     EventColumns(const TableCatalog &tables, ResultColumns &columns);

@@ -1,6 +1,5 @@
-// A field of a record, paired once with the descriptor entry that names its column and its JSON key. Lists of such
-// pairs, in the orders that the statements, the documents and the key maps ask for, are what the generic parts of the
-// catalog and of the readers walk.
+// A field of a record, paired once with the descriptor entry that names its column and its JSON key. Statements,
+// document readers and searches iterate over lists of such pairs.
 #pragma once
 
 #include "catalog/Table.h"
@@ -26,15 +25,17 @@ struct Field
     QVariant::Type absent; // an absent value is bound as a null of this type
     const char *type;      // the column is declared as this
     Read read;
+    bool isSearchable = true; // by its key, if its table can be searched at all
 
-    // For the fields that depart from their type's rule.
-    constexpr Field absentAs(QVariant::Type other) const { return {member, desc, other, type, read}; }
-    constexpr Field declaredAs(const char *other) const { return {member, desc, absent, other, read}; }
-    constexpr Field readBy(Read other) const { return {member, desc, absent, type, other}; }
+    // For the fields that depart from the default of their type.
+    constexpr Field absentAs(QVariant::Type other) const { return {member, desc, other, type, read, isSearchable}; }
+    constexpr Field declaredAs(const char *other) const { return {member, desc, absent, other, read, isSearchable}; }
+    constexpr Field readBy(Read other) const { return {member, desc, absent, type, other, isSearchable}; }
+    constexpr Field notSearchable() const { return {member, desc, absent, type, read, false}; }
 
     const QString &column(const Table &table) const
     {
-        if constexpr (std::is_same_v<Desc, QString>) // a column that no document names
+        if constexpr (std::is_same_v<Desc, QString>) // a column without a JSON key
             return table.*desc;
         else
             return (table.*desc).column;
@@ -71,6 +72,19 @@ constexpr std::tuple<Fields...> inOrder(const Fields &...fields)
     return {fields...};
 }
 
+// The fields of a list that a select reads from the table itself: all but embedded records, which come from joins.
+template<class... Fields>
+constexpr auto withoutEmbedded(const std::tuple<Fields...> &fields)
+{
+    const auto own = [](const auto &field) {
+        if constexpr (isRecord<typename std::decay_t<decltype(field)>::Value>)
+            return std::tuple<>();
+        else
+            return std::make_tuple(field);
+    };
+    return std::apply([&](const auto &...field) { return std::tuple_cat(own(field)...); }, fields);
+}
+
 template<class List>
 using FirstField = std::tuple_element_t<0, List>;
 
@@ -80,7 +94,7 @@ void forEachField(const List &fields, const Visit &visit)
     std::apply([&](const auto &...field) { (visit(field), ...); }, fields);
 }
 
-// Whether all visits gave true; the first false ends the walk.
+// Whether all visits return true; stops at the first that returns false.
 template<class List, class Visit>
 bool allFields(const List &fields, const Visit &visit)
 {

@@ -26,7 +26,7 @@ inline constexpr auto tableOrder = inOrder(id, iso, description); // also that o
 
 } // namespace LocaleFields
 
-// Where a result holds a locale.
+// The columns of a result that hold a locale.
 struct LocaleColumns : RowPart<LocaleFields::tableOrder>
 {
     LocaleColumns(const TableCatalog &tables, ResultColumns &columns);

@@ -5,7 +5,7 @@ namespace brimlet {
 
 namespace {
 
-// Both tables hold one row, under the key 0, that a new one takes the place of.
+// Both tables hold one row, with the key 0, which a new one replaces.
 QString createText(const QString &table, const QString &key, const QString &column)
 {
     return QStringLiteral("CREATE TABLE %1 (%2 INTEGER PRIMARY KEY,%3 VARCHAR(255))").arg(table, key, column);

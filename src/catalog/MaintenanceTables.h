@@ -1,4 +1,4 @@
-// The two tables of one row each that hold no data of the service.
+// The two tables that hold no data of the service, with one row each.
 #pragma once
 
 #include "catalog/Table.h"

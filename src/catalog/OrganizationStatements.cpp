@@ -17,7 +17,7 @@ void TableCatalog::prepareOrganizationsInsert(QSqlQuery &query, const std::vecto
 void TableCatalog::prepareOrganizationUpsert(QSqlQuery &query, const Organization &organization) const
 {
     prepareUpsert(query, organizations.table,
-                  presentColumns(organizations, organization, OrganizationFields::upsertOrder));
+                  presentColumns(organizations, organization, OrganizationFields::recordOrder));
 }
 
 QString TableCatalog::organizationsSelect() const

@@ -10,7 +10,7 @@ struct OrganizationsTable : Table
 {
     OrganizationsTable() : Table("Organizations") {}
 
-    IdFieldDesc id = idField("Id", "org_id", "org_id", "org_id"); // the one entity that is not keyed "id"
+    IdFieldDesc id = idField("Id", "org_id", "org_id", "org_id"); // the only entity whose key is not "id"
     FieldDesc inn = field("Inn", "inn");
     FieldDesc officialName = field("OfficialName", "off_name");
     FieldDesc shortName = field("ShortName", "short_name");
@@ -18,7 +18,7 @@ struct OrganizationsTable : Table
     FieldDesc ogrn = field("Ogrn", "ogrn");
     FieldDesc localeId = field("LocaleId", "locale_id");
     FieldDesc address = field("Address", "address_text");
-    IdFieldDesc contactId = idField("ContactId", "", "", "contact"); // the id inside the object "contact"
+    IdFieldDesc contactId = idField("ContactId", "", "", "contact"); // the id in the object "contact"
 };
 
 namespace OrganizationFields {
@@ -29,22 +29,20 @@ inline constexpr auto officialName = mapped(&Organization::officialName, &Organi
 inline constexpr auto shortName = mapped(&Organization::shortName, &OrganizationsTable::shortName);
 inline constexpr auto kpp = mapped(&Organization::kpp, &OrganizationsTable::kpp);
 inline constexpr auto ogrn = mapped(&Organization::ogrn, &OrganizationsTable::ogrn);
-inline constexpr auto contact = mapped(&Organization::contact, &OrganizationsTable::contactId);
+inline constexpr auto contact = mapped(&Organization::contact, &OrganizationsTable::contactId).notSearchable();
 inline constexpr auto locale = mapped(&Organization::locale, &OrganizationsTable::localeId);
 inline constexpr auto address = mapped(&Organization::address, &OrganizationsTable::address);
 
-inline constexpr auto tableOrder = inOrder(id, inn, officialName, shortName, kpp, ogrn, contact, locale, address);
-inline constexpr auto upsertOrder = inOrder(id, inn, officialName, shortName, kpp, ogrn, address, contact, locale);
-inline constexpr auto selectOrder = // locale and contact come through their joins
-    inOrder(id, inn, officialName, shortName, kpp, ogrn, address);
-inline constexpr auto documentOrder = // the contact is an object of its own
-    inOrder(id, inn, officialName, shortName, kpp, ogrn, address, locale);
-inline constexpr auto searchOrder = // the contact cannot be searched for
-    inOrder(id, inn, officialName, shortName, kpp, ogrn, locale, address);
+inline constexpr auto tableOrder = // also that of searches
+    inOrder(id, inn, officialName, shortName, kpp, ogrn, contact, locale, address);
+inline constexpr auto recordOrder = // that of updates
+    inOrder(id, inn, officialName, shortName, kpp, ogrn, address, contact, locale);
+inline constexpr auto selectOrder = withoutEmbedded(recordOrder);
+inline constexpr auto documentOrder = std::tuple_cat(selectOrder, inOrder(locale)); // the contact is a nested object
 
 } // namespace OrganizationFields
 
-// Where a result holds an organization with its locale and its contact person.
+// The columns of a result that hold an organization with its locale and its contact person.
 struct OrganizationColumns : RowPart<OrganizationFields::selectOrder>
 {
     OrganizationColumns(const TableCatalog &tables, ResultColumns &columns);

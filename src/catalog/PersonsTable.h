@@ -30,7 +30,7 @@ inline constexpr auto tableOrder = inOrder(id, name, phone, email, postal); // a
 
 } // namespace PersonFields
 
-// Where a result holds a person.
+// The columns of a result that hold a person.
 struct PersonColumns : RowPart<PersonFields::tableOrder>
 {
     PersonColumns(const TableCatalog &tables, ResultColumns &columns);

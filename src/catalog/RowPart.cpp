@@ -6,10 +6,10 @@ int ResultColumns::find(const QString &name)
 {
     const int count = result.count();
     for (int tried = 0; tried < count; ++tried) {
-        const int place = (next + tried) % count;
-        if (result.fieldName(place) == name) {
-            next = place + 1;
-            return place;
+        const int index = (next + tried) % count;
+        if (result.fieldName(index) == name) {
+            next = index + 1;
+            return index;
         }
     }
     return -1;

@@ -1,5 +1,5 @@
-// From the rows of a result to records. Columns are recognised by name, whatever their order and whatever else the
-// result holds; the names are compared once a result, and every row is then read by position.
+// Reads the rows of a result into records. Columns are identified by name, in any order and among any others; the names
+// are looked up once per result, and each row is then read by index.
 #pragma once
 
 #include "catalog/Field.h"
@@ -10,13 +10,13 @@
 
 namespace brimlet {
 
-// The names of a result's columns. Take the query's record before its first row: on a row it carries the values too.
+// The column names of a result. Take the query's record before the first row: on a row it copies the values too.
 class ResultColumns
 {
 public:
     explicit ResultColumns(const QSqlRecord &record) : result(record) {}
-    // The place of a column, -1 where the result does not have it. Asking in the order of the select finds each name
-    // at once.
+    // The index of a column, or -1 if the result does not have it. Lookups in the order of the select need one
+    // comparison each.
     int find(const QString &name);
 
 private:
@@ -24,7 +24,7 @@ private:
     int next = 0;
 };
 
-// Where the fields of one table stand in a result, and how to read them from a row.
+// The column indexes of one table's fields in a result, and how to read the fields from a row.
 template<const auto &fields>
 class RowPart
 {
@@ -36,55 +36,55 @@ public:
 
     RowPart(const Table &table, ResultColumns &columns)
     {
-        auto place = places.begin();
-        forEachField(fields, [&](const auto &field) { *place++ = columns.find(field.column(table)); });
+        auto index = indexes.begin();
+        forEachField(fields, [&](const auto &field) { *index++ = columns.find(field.column(table)); });
     }
 
-    // Whether a join found this table's row: its key, the first field, is not null then.
-    bool isThere(const QSqlQuery &query) const { return !query.value(places.front()).isNull(); }
+    // Whether the join found a row of this table: its key, the first field, is not null.
+    bool hasRow(const QSqlQuery &query) const { return !query.value(indexes.front()).isNull(); }
 
-    // Into a record that is as it was made.
+    // `record` must be default-constructed.
     void read(Record &record, const QSqlQuery &query) const
     {
-        auto place = places.begin();
-        forEachField(fields, [&](const auto &field) { readCell(record, field, query, *place++); });
+        auto index = indexes.begin();
+        forEachField(fields, [&](const auto &field) { readCell(record, field, query, *index++); });
     }
 
 private:
     template<class Field>
-    static void readCell(Record &record, const Field &field, const QSqlQuery &query, int place)
+    static void readCell(Record &record, const Field &field, const QSqlQuery &query, int index)
     {
         static_assert(!isRecord<typename Field::Value>, "an embedded record comes from a join, not from a cell");
-        if (place < 0)
+        if (index < 0)
             return;
-        QVariant cell = query.value(place);
+        QVariant cell = query.value(index);
         if (!Field::isOptional || !cell.isNull())
             record.*field.member = field.read(cell);
     }
 
-    std::array<int, std::tuple_size_v<std::decay_t<decltype(fields)>>> places;
+    std::array<int, std::tuple_size_v<std::decay_t<decltype(fields)>>> indexes;
 };
 
-// A value on its own, from a column that no list of fields holds.
+// A single value, from a column that is in no list of fields.
 template<class Value>
-std::optional<Value> readCell(const QSqlQuery &query, int place)
+std::optional<Value> readCell(const QSqlQuery &query, int index)
 {
-    if (place < 0)
+    if (index < 0)
         return std::nullopt;
-    QVariant cell = query.value(place);
+    QVariant cell = query.value(index);
     return cell.isNull() ? std::nullopt : std::optional<Value>(ValueKind<Value>::read(cell));
 }
 
-// One row into a record.
+// Reads one row into a record.
 template<class Record, class Columns>
 using RowReader = void (*)(Record &, const QSqlQuery &, const Columns &);
 
-// The record of a joined table, which stays absent where the join found no row.
+// Reads the record of a joined table, which stays absent if the join found no row.
 template<class Record, class Columns>
 void readJoined(std::optional<Record> &record, const QSqlQuery &query, const Columns &columns,
                 RowReader<Record, Columns> readRow)
 {
-    if (columns.isThere(query))
+    if (columns.hasRow(query))
         readRow(record.emplace(), query, columns);
 }
 

@@ -35,22 +35,18 @@ inline constexpr auto tracert = mapped(&Section::tracert, &SectionsTable::tracer
 inline constexpr auto flags = mapped(&Section::flags, &SectionsTable::flags);
 inline constexpr auto detector = mapped(&Section::detector, &SectionsTable::detector);
 inline constexpr auto arm = mapped(&Section::arm, &SectionsTable::arm);
-inline constexpr auto physic = mapped(&Section::physic, &SectionsTable::physic);
-inline constexpr auto form = mapped(&Section::form, &SectionsTable::form);
-inline constexpr auto delay = mapped(&Section::delay, &SectionsTable::delay);
-inline constexpr auto uidType = mapped(&Section::uidType, &SectionsTable::uidType);
+inline constexpr auto physic = mapped(&Section::physic, &SectionsTable::physic).notSearchable();
+inline constexpr auto form = mapped(&Section::form, &SectionsTable::form).notSearchable();
+inline constexpr auto delay = mapped(&Section::delay, &SectionsTable::delay).notSearchable();
+inline constexpr auto uidType = mapped(&Section::uidType, &SectionsTable::uidType).notSearchable();
 
-// All three behind the device's key; also that of upserts and selects.
+// After the device's key; also that of documents, updates, selects and searches.
 inline constexpr auto tableOrder =
     inOrder(id, name, scheduleId, tracert, flags, detector, arm, physic, form, delay, uidType);
-inline constexpr auto documentOrder =
-    inOrder(id, name, detector, physic, scheduleId, tracert, flags, delay, form, uidType, arm);
-inline constexpr auto searchOrder = // and no other
-    inOrder(id, name, scheduleId, tracert, flags, detector, arm);
 
 } // namespace SectionFields
 
-// Where a result holds a section. Its zones are read on their own.
+// The columns of a result that hold a section. A separate query reads its zones.
 struct SectionColumns : RowPart<SectionFields::tableOrder>
 {
     SectionColumns(const TableCatalog &tables, ResultColumns &columns);

@@ -16,7 +16,7 @@ void TableCatalog::prepareSitesInsert(QSqlQuery &query, const std::vector<Site> 
 
 void TableCatalog::prepareSiteUpsert(QSqlQuery &query, const Site &site) const
 {
-    prepareUpsert(query, sites.table, presentColumns(sites, site, SiteFields::upsertOrder, {}, lettered));
+    prepareUpsert(query, sites.table, presentColumns(sites, site, SiteFields::recordOrder, {}, lettered));
 }
 
 // The domain of these joins is that of the contract's user. The site's own is in none of them.

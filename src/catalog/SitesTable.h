@@ -5,7 +5,7 @@
 
 namespace brimlet {
 
-// One location a site, under the site's own id.
+// One location a site, with the site's id.
 struct LocationsTable : Table
 {
     LocationsTable() : Table("Locations") {}
@@ -25,7 +25,7 @@ inline constexpr auto tableOrder = inOrder(id, latitude, longitude); // also tha
 
 } // namespace LocationFields
 
-// Where a result holds a location.
+// The columns of a result that hold a location.
 struct LocationColumns : RowPart<LocationFields::tableOrder>
 {
     LocationColumns(const TableCatalog &tables, ResultColumns &columns);
@@ -55,7 +55,7 @@ struct SitesTable : Table
 
 namespace SiteFields {
 
-// Read as a number that is not 0, unlike every other flag.
+// Reads a flag as a number that is not 0, unlike every other flag.
 inline bool readNonZero(QVariant &cell)
 {
     return cell.toUInt() != 0;
@@ -77,26 +77,23 @@ inline constexpr auto category = mapped(&Site::category, &SitesTable::category);
 inline constexpr auto armMode = mapped(&Site::armMode, &SitesTable::armMode);
 inline constexpr auto isDelegated = mapped(&Site::isDelegated, &SitesTable::isDelegated);
 inline constexpr auto isSitePlanExists =
-    mapped(&Site::isSitePlanExists, &SitesTable::isSitePlanExists).readBy(readNonZero);
+    mapped(&Site::isSitePlanExists, &SitesTable::isSitePlanExists).readBy(readNonZero).notSearchable();
 
-inline constexpr auto tableOrder = // also that of documents
+inline constexpr auto tableOrder = // also that of documents and searches
     inOrder(id, name, comment, extra, isCrossing, domainId, address, contractId, contractStatus, type, category,
             armMode, isDelegated, isSitePlanExists);
-inline constexpr auto upsertOrder = // one column twice: by an embedded contract and by a contract's plain id
+inline constexpr auto recordOrder = // that of updates: one column twice, by an embedded contract and by its id alone
     inOrder(id, name, comment, extra, isCrossing, address, contract, contractStatus, type, category, armMode,
             isDelegated, domainId, contractId, isSitePlanExists);
-inline constexpr auto selectOrder = inOrder(id, name, comment, extra, isCrossing, address, contractStatus, type,
-                                            category, armMode, isDelegated, domainId, contractId, isSitePlanExists);
-inline constexpr auto searchOrder = // the plan cannot be searched for
-    inOrder(id, name, comment, extra, isCrossing, domainId, address, contractId, contractStatus, type, category,
-            armMode, isDelegated);
+inline constexpr auto selectOrder = withoutEmbedded(recordOrder);
 
 inline constexpr auto labelOrder =
     inOrder(mapped(&SiteLabel::name, &SitesTable::name), mapped(&SiteLabel::address, &SitesTable::address));
 
 } // namespace SiteFields
 
-// Where a result holds a site with its location and its contract. The site's own domain is read on its own.
+// The columns of a result that hold a site with its location and its contract. A separate query reads
+// the site's own domain.
 struct SiteColumns : RowPart<SiteFields::selectOrder>
 {
     SiteColumns(const TableCatalog &tables, ResultColumns &columns);
@@ -105,7 +102,7 @@ struct SiteColumns : RowPart<SiteFields::selectOrder>
     ContractColumns contract;
 };
 
-// Where a result holds a site's name and address.
+// The columns of a result that hold a site's name and address.
 struct SiteLabelColumns : RowPart<SiteFields::labelOrder>
 {
     SiteLabelColumns(const TableCatalog &tables, ResultColumns &columns);

@@ -32,11 +32,11 @@ QString primaryKeyDefinition(const QStringList &columns)
 
 QString insertText(const QString &table, const QStringList &columns, const char *separator, const char *verb)
 {
-    QStringList places;
+    QStringList placeholders;
     for (int i = 0; i < columns.size(); ++i)
-        places << QStringLiteral("?");
+        placeholders << QStringLiteral("?");
     return QStringLiteral("%1 INTO %2 (%3)VALUES (%4)")
-        .arg(QLatin1String(verb), table, columns.join(comma), places.join(QLatin1String(separator)));
+        .arg(QLatin1String(verb), table, columns.join(comma), placeholders.join(QLatin1String(separator)));
 }
 
 QString selectText(const QStringList &columns, const QString &table)
@@ -76,14 +76,14 @@ QString andWhere(const QString &column)
 
 // ---- Partial upserts ----
 
-QString numbered(int place)
+QString numbered(int number)
 {
-    return QLatin1Char(':') + QString::number(place);
+    return QLatin1Char(':') + QString::number(number);
 }
 
-QString lettered(int place)
+QString lettered(int number)
 {
-    return QLatin1Char(':') + QChar('a' + place - 1);
+    return QLatin1Char(':') + QChar('a' + number - 1);
 }
 
 void prepareUpsert(QSqlQuery &query, const QString &table, const QVector<PresentColumn> &columns,
@@ -99,9 +99,9 @@ void prepareUpsert(QSqlQuery &query, const QString &table, const QVector<Present
     }
     QStringList conflictNames;
     QStringList conditions;
-    for (const int place : primaryKey) {
-        conflictNames << names[place];
-        conditions << assignments[place];
+    for (const int index : primaryKey) {
+        conflictNames << names[index];
+        conditions << assignments[index];
     }
     query.prepare(QStringLiteral("INSERT INTO %1(%2)VALUES(%3) ON CONFLICT(%4) DO UPDATE SET %5 WHERE %6")
                       .arg(table, names.join(comma), placeholders.join(comma), conflictNames.join(comma),
@@ -113,13 +113,13 @@ void prepareUpsert(QSqlQuery &query, const QString &table, const QVector<Present
 void preparePartialReplace(QSqlQuery &query, const QString &table, const QVector<PresentColumn> &columns)
 {
     QStringList names;
-    QStringList places;
+    QStringList placeholders;
     for (const PresentColumn &column : columns) {
         names << column.name;
-        places << QStringLiteral("?");
+        placeholders << QStringLiteral("?");
     }
-    query.prepare(
-        QStringLiteral("INSERT OR REPLACE INTO %1(%2)VALUES(%3)").arg(table, names.join(comma), places.join(comma)));
+    query.prepare(QStringLiteral("INSERT OR REPLACE INTO %1(%2)VALUES(%3)")
+                      .arg(table, names.join(comma), placeholders.join(comma)));
     for (const PresentColumn &column : columns)
         query.addBindValue(column.value);
 }

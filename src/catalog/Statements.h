@@ -1,4 +1,4 @@
-// The shapes of statement text, and the two that are made from a list of fields: the batch insert and the partial
+// The parts of statement text, and the two statements built from a list of fields: the batch insert and the partial
 // upsert. Names go into the text, values are bound.
 #pragma once
 
@@ -13,13 +13,13 @@ namespace brimlet {
 
 // ---- Texts ----
 
-// The two separators of the places and the two verbs that the store's inserts use.
+// The store's inserts use two separators between the placeholders and two verbs.
 QString insertText(const QString &table, const QStringList &columns, const char *separator = ",",
                    const char *verb = "INSERT OR REPLACE");
 QString selectText(const QStringList &columns, const QString &table);
 QString selectAllText(const QString &table);
 QString leftJoin(const QString &table, const QString &column, const QString &joinedColumn);
-QString andOn(const QString &column, const QString &joinedColumn); // one more condition of a join
+QString andOn(const QString &column, const QString &joinedColumn); // a further condition of a join
 QString deleteText(const QString &table);
 QString where(const QString &column);
 QString andWhere(const QString &column);
@@ -39,7 +39,7 @@ QStringList definitionsOf(const Table &table, const List &fields)
     return definitions;
 }
 
-// A table whose one key is the id that its list of fields begins with.
+// A table whose primary key is the id, the first field of its list.
 template<class Table, class List>
 QString createTableText(const Table &table, const List &fields)
 {
@@ -48,7 +48,7 @@ QString createTableText(const Table &table, const List &fields)
     return createTableText(table.table, definitions);
 }
 
-// A table with a key of several columns. Those of the parents, which the record does not hold, come first.
+// A table with a composite primary key. The columns of the parents, which the record does not hold, come first.
 template<class Table, class List>
 QString createTableText(const Table &table, const QStringList &parents, const List &fields, const QStringList &key)
 {
@@ -60,7 +60,7 @@ QString createTableText(const Table &table, const QStringList &parents, const Li
 
 // ---- Batches ----
 
-// The values of a batch, a list for each column: those of the parents' keys, then those of the record's fields.
+// The values of a batch, one list a column: the parents' keys, then the record's fields.
 template<class List, size_t parentCount = 0>
 class Batch
 {
@@ -78,8 +78,8 @@ public:
         forEachField(fields, [&](const auto &field) { append(*column++, field.bound(record)); });
     }
 
-    // Binds the lists in their order. The first one gives the batch its length; those of texts are one null longer,
-    // and that value is never bound.
+    // Binds the lists in order. The length of the first is that of the batch; a list of texts ends with one null more,
+    // which is never bound.
     void bind(QSqlQuery &query)
     {
         auto column = columns.begin() + parentCount;
@@ -93,7 +93,7 @@ public:
     }
 
 private:
-    // A list of QVariant copies what is appended to it; a value that is there already can be swapped in.
+    // QVariantList::append copies its argument; swapping the value in does not.
     static void append(QVariantList &column, QVariant value)
     {
         column.append(QVariant());
@@ -122,7 +122,7 @@ void bindBatch(QSqlQuery &query, const std::vector<typename FirstField<List>::Re
 
 // ---- Partial upserts ----
 
-// A column of a statement that names only the columns whose value is present.
+// A column of a statement that names only the columns with a present value.
 struct PresentColumn
 {
     QString name;
@@ -130,36 +130,36 @@ struct PresentColumn
     QVariant value;
 };
 
-// A key that the record does not carry itself.
+// A key column that is no field of the record.
 struct ParentKey
 {
     QString column;
     quint32 value;
 };
 
-QString numbered(int place); // ":1", ":2" ...
-QString lettered(int place); // ":a", ":b" ...
+QString numbered(int number); // ":1", ":2" ...
+QString lettered(int number); // ":a", ":b" ...
 
-// `primaryKey` are the places of the primary key among the columns.
+// `primaryKey` holds the indexes of the primary key's columns.
 void prepareUpsert(QSqlQuery &query, const QString &table, const QVector<PresentColumn> &columns,
                    const QVector<int> &primaryKey = {0});
 void preparePartialReplace(QSqlQuery &query, const QString &table, const QVector<PresentColumn> &columns);
 
-// The fields that a record holds. A column owns its place in the whole list, so an absent one leaves a gap in the
-// placeholders.
+// The fields that are present in a record. A column's number is its position in the whole list, so an absent field
+// leaves a gap in the placeholders.
 template<class Table, class List>
 QVector<PresentColumn> presentColumns(const Table &table, const typename FirstField<List>::Record &record,
                                       const List &fields, const QVector<ParentKey> &parents = {},
                                       QString (*placeholder)(int) = numbered)
 {
     QVector<PresentColumn> columns;
-    int place = 0;
+    int number = 0;
     for (const ParentKey &parent : parents)
-        columns.append({parent.column, placeholder(++place), parent.value});
+        columns.append({parent.column, placeholder(++number), parent.value});
     forEachField(fields, [&](const auto &field) {
-        ++place;
+        ++number;
         if (field.isPresent(record))
-            columns.append({field.column(table), placeholder(place), field.bound(record)});
+            columns.append({field.column(table), placeholder(number), field.bound(record)});
     });
     return columns;
 }

@@ -1,12 +1,12 @@
-// What a table descriptor is made of: the names of a table, of its columns and of the JSON keys that feed them, each
-// spelled once. A descriptor is a plain value, made wherever its names are needed.
+// The parts of a table descriptor: the names of a table, of its columns and of their JSON keys, each spelled once. A
+// descriptor is a plain value, constructed wherever its names are needed.
 #pragma once
 
 #include <QString>
 
 namespace brimlet {
 
-// A column and its JSON key. Without a column it is a nested list or record, which lives in a table of its own.
+// A column and its JSON key. The column is empty for a nested list or record, which has its own table.
 struct FieldDesc
 {
     QString column;
@@ -16,11 +16,11 @@ struct FieldDesc
 struct FieldKeys
 {
     QString first;  // in a full record
-    QString second; // in a document that holds nothing but ids
+    QString second; // in an id-only document
     QString third;  // in a full record, when `first` is missing
 };
 
-// A column that identifies a row, or is found under other keys in other documents.
+// A column that identifies a row, or that has different keys in different documents.
 struct IdFieldDesc
 {
     QString column;
@@ -34,8 +34,8 @@ struct Table
 protected:
     explicit Table(const char *name) : table(QLatin1String(name)) {}
 
-    // A column is named after its table and its field, so no two tables share a name: joins need no aliases, and a
-    // row reader knows a column of any table by its name alone.
+    // The name of a column is that of its table followed by that of its field, so column names are unique in the
+    // schema: joins need no aliases, and a row reader identifies a column by its name alone.
     QString column(const char *field) const { return table + QLatin1String(field); }
 
     FieldDesc field(const char *field, const char *key) const { return {column(field), QLatin1String(key)}; }

@@ -17,25 +17,25 @@ void TableCatalog::prepareClear(QSqlQuery &query, const QString &table) const
 void TableCatalog::startOperation()
 {
     isPreparedInOperation = false;
-    madeBy = nullptr;
+    cachedMaker = nullptr;
 }
 
-void TableCatalog::prepareSubRead(QSqlQuery &query, MakeText makeText, std::initializer_list<QVariant> values) const
+void TableCatalog::prepareChildQuery(QSqlQuery &query, MakeText makeText, std::initializer_list<QVariant> values) const
 {
-    if (madeBy != makeText) {
-        madeText = (this->*makeText)();
-        madeBy = makeText;
+    if (cachedMaker != makeText) {
+        cachedText = (this->*makeText)();
+        cachedMaker = makeText;
     }
-    prepare(query, madeText, values);
+    prepare(query, cachedText, values);
 }
 
 void TableCatalog::prepare(QSqlQuery &query, const QString &text, std::initializer_list<QVariant> values) const
 {
     if (!isPreparedInOperation || query.lastQuery() != text)
-        isPreparedInOperation = query.prepare(text); // a failure shows, and is logged, when the statement runs
-    int place = 0;
+        isPreparedInOperation = query.prepare(text); // a failure is reported and logged when the statement runs
+    int index = 0;
     for (const QVariant &value : values)
-        query.bindValue(place++, value);
+        query.bindValue(index++, value);
 }
 
 } // namespace brimlet

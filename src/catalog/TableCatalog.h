@@ -1,5 +1,5 @@
-// Every table, with the statements that work on it and the readers of its rows. A builder leaves the query prepared
-// and bound, and whoever called it runs it. A row reader is given the row and where the result holds its columns.
+// Every table, with its statements and the readers of its rows. A builder leaves the query prepared and bound; its
+// caller runs it. A row reader takes the row and the indexes of the result's columns.
 #pragma once
 
 #include "catalog/ContractsTable.h"
@@ -199,8 +199,7 @@ public:
     void prepareDelete(QSqlQuery &query, const QString &table, const QString &idColumn, quint32 id) const;
     void prepareClear(QSqlQuery &query, const QString &table) const;
 
-    // To be called at the start of each operation of the store: nothing that the query was prepared with before is
-    // used again.
+    // Call it at the start of each operation of the store: it forgets the statement that the query holds prepared.
     void startOperation();
 
 private:
@@ -221,25 +220,24 @@ private:
     QString sitesSelect() const;
     QString prepareEventsSelect(bool innerDevices) const;
 
-    // The joins that several selects end in: a user's domain with its locale, a contract's contractor and user.
+    // The joins that several selects share: a user's domain with its locale, a contract's contractor and user.
     QString domainJoin(const QString &domainIdColumn) const;
     QString contractJoins() const;
     QStringList userColumns() const;
     QStringList domainColumns() const;
     QStringList contractColumns() const;
 
-    // Prepares a text and binds its values. The sub-reads of one operation often ask the same text again and again;
-    // then it is bound anew instead of prepared anew.
+    // Prepares a statement and binds its values. If the query still holds the same text, prepared in this operation,
+    // it is rebound instead: the child queries of one operation often repeat one text.
     void prepare(QSqlQuery &query, const QString &text, std::initializer_list<QVariant> values = {}) const;
 
-    // For the sub-reads that come again and again: the text, too, is made once as long as no other such text is asked
-    // for in between.
+    // The same for a child query that repeats: its text, too, is built once until another child query follows.
     using MakeText = QString (TableCatalog::*)() const;
-    void prepareSubRead(QSqlQuery &query, MakeText makeText, std::initializer_list<QVariant> values) const;
+    void prepareChildQuery(QSqlQuery &query, MakeText makeText, std::initializer_list<QVariant> values) const;
 
     mutable bool isPreparedInOperation = false;
-    mutable MakeText madeBy = nullptr;
-    mutable QString madeText;
+    mutable MakeText cachedMaker = nullptr;
+    mutable QString cachedText;
 };
 
 } // namespace brimlet

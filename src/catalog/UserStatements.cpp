@@ -16,7 +16,7 @@ void TableCatalog::prepareUsersInsert(QSqlQuery &query, const std::vector<User> 
 
 void TableCatalog::prepareUserUpsert(QSqlQuery &query, const User &user) const
 {
-    prepareUpsert(query, users.table, presentColumns(users, user, UserFields::upsertOrder));
+    prepareUpsert(query, users.table, presentColumns(users, user, UserFields::recordOrder));
 }
 
 QString TableCatalog::usersSelect() const
@@ -41,7 +41,7 @@ void TableCatalog::prepareUsersSelectByField(QSqlQuery &query, const QString &co
 
 QStringList TableCatalog::userColumns() const
 {
-    return columnsOf(users, UserFields::upsertOrder) + domainColumns();
+    return columnsOf(users, UserFields::recordOrder) + domainColumns();
 }
 
 UserColumns::UserColumns(const TableCatalog &tables, ResultColumns &columns)

@@ -32,16 +32,15 @@ inline constexpr auto orgId = mapped(&User::orgId, &UsersTable::orgId);
 inline constexpr auto roles = mapped(&User::roles, &UsersTable::roles);
 inline constexpr auto phone = mapped(&User::phone, &UsersTable::phone);
 
-// Also that of searches.
-inline constexpr auto tableOrder = inOrder(id, name, login, contacts, isActive, domainId, orgId, roles, phone);
-
-// Also that of documents and selects.
-inline constexpr auto upsertOrder = inOrder(id, name, login, contacts, isActive, domainId, roles, phone, orgId);
+inline constexpr auto tableOrder = // also that of searches
+    inOrder(id, name, login, contacts, isActive, domainId, orgId, roles, phone);
+inline constexpr auto recordOrder = // that of documents, updates and selects
+    inOrder(id, name, login, contacts, isActive, domainId, roles, phone, orgId);
 
 } // namespace UserFields
 
-// Where a result holds a user with the domain.
-struct UserColumns : RowPart<UserFields::upsertOrder>
+// The columns of a result that hold a user with the domain.
+struct UserColumns : RowPart<UserFields::recordOrder>
 {
     UserColumns(const TableCatalog &tables, ResultColumns &columns);
 

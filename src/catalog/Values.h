@@ -1,5 +1,4 @@
-// For each type that a record's field can have: how it is declared as a column, bound to a statement and read from a
-// row.
+// For each type of a record's field: the declared type of its column, how it is bound and how it is read from a row.
 #pragma once
 
 #include <QString>
@@ -10,8 +9,8 @@
 
 namespace brimlet {
 
-// A whole number of a row. SQLite gives it as a qint64, and that is taken as it is; what else a file may hold in its
-// place goes through Qt's conversion.
+// An integer of a row. SQLite returns it as a qint64, which is cast; any other value of the file goes through Qt's
+// conversion.
 template<class Number>
 Number readWhole(const QVariant &cell, Number (QVariant::*convert)(bool *) const)
 {
@@ -25,8 +24,8 @@ constexpr bool isRecord = false;
 template<class Value>
 constexpr bool isRecord<Value, std::void_t<decltype(Value::id)>> = true;
 
-// An embedded record stands in its parent's row as a reference, its id. It is never read from that column: rows give
-// embedded records through a join.
+// The parent's row holds an embedded record as a reference, its id. It is never read from that column: embedded records
+// come from a join.
 template<class Value>
 struct ValueKind
 {
@@ -97,7 +96,7 @@ struct ValueKind<QString>
     static constexpr QVariant::Type type = QVariant::String;
     static constexpr const char *column = "VARCHAR(255)";
     static QVariant bound(const QString &value) { return value; }
-    // The cell's own text is taken out of it: the cell is a copy, which goes next.
+    // Moves the text out of the cell, which is a copy that the caller discards.
     static QString read(QVariant &cell)
     {
         if (cell.userType() == QMetaType::QString)

@@ -6,7 +6,7 @@ namespace brimlet {
 void TableCatalog::prepareZonesTable(QSqlQuery &query) const
 {
     prepare(query, createTableText(zones, {zones.deviceId.column, zones.sectionId.column}, ZoneFields::tableOrder,
-                                   {zones.deviceId.column, zones.zoneId.column})); // the section is no part of the key
+                                   {zones.deviceId.column, zones.zoneId.column})); // the section is not part of the key
 }
 
 void TableCatalog::prepareZonesInsert(QSqlQuery &query, const std::vector<Device> &records) const
@@ -23,7 +23,7 @@ void TableCatalog::prepareZonesInsert(QSqlQuery &query, const std::vector<Device
 
 void TableCatalog::prepareZoneUpsert(QSqlQuery &query, const Zone &zone, quint32 deviceId, quint32 sectionId) const
 {
-    // A zone that comes under another section moves there: the section is no part of the primary key.
+    // A zone sent with another section moves to it: the section is not part of the primary key.
     prepareUpsert(query, zones.table,
                   presentColumns(zones, zone, ZoneFields::tableOrder,
                                  {{zones.deviceId.column, deviceId}, {zones.sectionId.column, sectionId}}),
@@ -52,7 +52,7 @@ void TableCatalog::prepareZonesOfDeviceSelect(QSqlQuery &query, quint32 deviceId
 
 void TableCatalog::prepareZonesOfSectionSelect(QSqlQuery &query, quint32 deviceId, quint32 sectionId) const
 {
-    prepareSubRead(query, &TableCatalog::zonesOfSectionSelect, {deviceId, sectionId});
+    prepareChildQuery(query, &TableCatalog::zonesOfSectionSelect, {deviceId, sectionId});
 }
 
 void TableCatalog::prepareZoneSelectById(QSqlQuery &query, quint32 zoneId, quint32 deviceId, quint32 sectionId) const

@@ -38,19 +38,15 @@ inline constexpr auto delay = mapped(&Zone::delay, &ZonesTable::delay);
 inline constexpr auto scheduleId = mapped(&Zone::scheduleId, &ZonesTable::scheduleId);
 inline constexpr auto tracert = mapped(&Zone::tracert, &ZonesTable::tracert);
 inline constexpr auto uidType = mapped(&Zone::uidType, &ZonesTable::uidType);
-inline constexpr auto arm = mapped(&Zone::arm, &ZonesTable::arm);
+inline constexpr auto arm = mapped(&Zone::arm, &ZonesTable::arm).notSearchable(); // unlike a section's
 
-// All three behind the parents' keys; also that of upserts and selects.
+// After the parents' keys; also that of documents, updates, selects and searches.
 inline constexpr auto tableOrder =
     inOrder(id, name, detector, physic, form, flags, delay, scheduleId, tracert, uidType, arm);
-inline constexpr auto documentOrder =
-    inOrder(id, name, detector, physic, scheduleId, tracert, flags, delay, form, uidType, arm);
-inline constexpr auto searchOrder = // a section can be searched for by "arm", a zone cannot
-    inOrder(id, name, detector, physic, form, flags, delay, scheduleId, tracert, uidType);
 
 } // namespace ZoneFields
 
-// Where a result holds a zone.
+// The columns of a result that hold a zone.
 struct ZoneColumns : RowPart<ZoneFields::tableOrder>
 {
     ZoneColumns(const TableCatalog &tables, ResultColumns &columns);

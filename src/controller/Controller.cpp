@@ -10,10 +10,10 @@ Controller::~Controller() = default;
 
 void Controller::launch(const QString &name)
 {
-    launchResult = climb(name);
+    launchResult = openOrReplace(name);
 }
 
-BrimletLaunchResult Controller::climb(const QString &name)
+BrimletLaunchResult Controller::openOrReplace(const QString &name)
 {
     const auto replaced = [&](BrimletLaunchResult reason) {
         return database->recreate(name) ? reason : BRIMLET_LAUNCH_FAILED;

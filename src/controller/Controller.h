@@ -1,5 +1,5 @@
-// The one instance behind the exported functions: it owns the store, brings it up, and turns what the store answers
-// into a result code. A method calls one or two operations of the store and opens no transaction of its own.
+// The one instance behind the exported functions: it owns the store, launches it, and maps the results of its
+// operations to result codes. A method calls one or two operations of the store and opens no transaction itself.
 #pragma once
 
 #include "brimlet/ResultCodes.h"
@@ -19,7 +19,7 @@ public:
     Controller();
     ~Controller() override;
 
-    // Brings the file of that name into a usable state, or an empty one, before anything else is called.
+    // Opens, creates or replaces the file of that name. Call it before anything else.
     void launch(const QString &name);
     quint32 getState() const { return state.load(std::memory_order_acquire); }
     quint32 getLaunchResult() const { return launchResult; }
@@ -127,8 +127,8 @@ public slots:
     void onStart();
 
 private:
-    // The state of the file, 0 for one that is fit for use.
-    BrimletLaunchResult climb(const QString &name);
+    // The launch sequence: returns BRIMLET_LAUNCH_OPENED if the file passes its checks.
+    BrimletLaunchResult openOrReplace(const QString &name);
 
     std::atomic<quint32> state{BRIMLET_STATE_LAUNCHED}; // changes while others poll it
     quint32 launchResult = BRIMLET_LAUNCH_NONE;         // final before the instance is published

@@ -6,30 +6,30 @@ namespace brimlet::controller {
 
 BrimletResult Controller::addContractors(const std::vector<Contractor> &contractors)
 {
-    return written(database->addContractors(contractors));
+    return writeResult(database->addContractors(contractors));
 }
 
 BrimletResult Controller::updateContractor(std::optional<Contractor> &contractor)
 {
-    return writtenAndFound(database->updateContractor(contractor), contractor);
+    return writeResult(database->updateContractor(contractor), contractor);
 }
 
 BrimletResult Controller::deleteContractor(quint32 id)
 {
     std::optional<Contractor> contractor;
-    if (const BrimletResult target = found(database->getContractor(contractor, id), contractor))
+    if (const BrimletResult target = readResult(database->getContractor(contractor, id), contractor))
         return target;
-    return written(database->deleteContractor(id));
+    return writeResult(database->deleteContractor(id));
 }
 
 BrimletResult Controller::getContractor(std::optional<Contractor> &contractor, quint32 id)
 {
-    return found(database->getContractor(contractor, id), contractor);
+    return readResult(database->getContractor(contractor, id), contractor);
 }
 
 BrimletResult Controller::getContractors(std::vector<Contractor> &contractors)
 {
-    return found(database->getContractors(contractors), contractors);
+    return readResult(database->getContractors(contractors), contractors);
 }
 
 BrimletResult Controller::getContractorsWithParams(std::vector<Contractor> &contractors, const QString &key,
@@ -38,7 +38,7 @@ BrimletResult Controller::getContractorsWithParams(std::vector<Contractor> &cont
     QString column;
     if (!contractorColumnForKey(column, key))
         return BRIMLET_REFUSED;
-    return found(database->getContractorsByField(contractors, column, value), contractors);
+    return readResult(database->getContractorsByField(contractors, column, value), contractors);
 }
 
 } // namespace brimlet::controller

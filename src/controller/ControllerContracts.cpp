@@ -6,30 +6,30 @@ namespace brimlet::controller {
 
 BrimletResult Controller::addContracts(const std::vector<Contract> &contracts)
 {
-    return written(database->addContracts(contracts));
+    return writeResult(database->addContracts(contracts));
 }
 
 BrimletResult Controller::updateContract(std::optional<Contract> &contract)
 {
-    return writtenAndFound(database->updateContract(contract), contract);
+    return writeResult(database->updateContract(contract), contract);
 }
 
 BrimletResult Controller::deleteContract(quint32 id)
 {
     std::optional<Contract> contract;
-    if (const BrimletResult target = found(database->getContract(contract, id), contract))
+    if (const BrimletResult target = readResult(database->getContract(contract, id), contract))
         return target;
-    return written(database->deleteContract(id));
+    return writeResult(database->deleteContract(id));
 }
 
 BrimletResult Controller::getContract(std::optional<Contract> &contract, quint32 id)
 {
-    return found(database->getContract(contract, id), contract);
+    return readResult(database->getContract(contract, id), contract);
 }
 
 BrimletResult Controller::getContracts(std::vector<Contract> &contracts)
 {
-    return found(database->getContracts(contracts), contracts);
+    return readResult(database->getContracts(contracts), contracts);
 }
 
 BrimletResult Controller::getContractsWithParams(std::vector<Contract> &contracts, const QString &key,
@@ -38,7 +38,7 @@ BrimletResult Controller::getContractsWithParams(std::vector<Contract> &contract
     QString column;
     if (!contractColumnForKey(column, key))
         return BRIMLET_REFUSED;
-    return found(database->getContractsByField(contracts, column, value), contracts);
+    return readResult(database->getContractsByField(contracts, column, value), contracts);
 }
 
 } // namespace brimlet::controller

@@ -6,35 +6,35 @@ namespace brimlet::controller {
 
 BrimletResult Controller::addDevice(std::optional<Device> &device)
 {
-    return writtenAndFound(database->addDevice(device), device);
+    return writeResult(database->addDevice(device), device);
 }
 
 BrimletResult Controller::addDevices(const std::vector<Device> &devices)
 {
-    return written(database->addDevices(devices));
+    return writeResult(database->addDevices(devices));
 }
 
 BrimletResult Controller::updateDeviceFw(std::optional<Device> &device)
 {
-    return writtenAndFound(database->updateDeviceFw(device), device);
+    return writeResult(database->updateDeviceFw(device), device);
 }
 
 BrimletResult Controller::deleteDevice(quint32 id)
 {
     std::optional<Device> device;
-    if (const BrimletResult target = found(database->getDevice(device, id), device))
+    if (const BrimletResult target = readResult(database->getDevice(device, id), device))
         return target;
-    return written(database->deleteDevice(id));
+    return writeResult(database->deleteDevice(id));
 }
 
 BrimletResult Controller::getDevice(std::optional<Device> &device, quint32 id)
 {
-    return found(database->getDevice(device, id), device);
+    return readResult(database->getDevice(device, id), device);
 }
 
 BrimletResult Controller::getDevices(std::vector<Device> &devices)
 {
-    return found(database->getDevices(devices), devices);
+    return readResult(database->getDevices(devices), devices);
 }
 
 BrimletResult Controller::getDevicesWithParams(std::vector<Device> &devices, const QString &key, const QString &value)
@@ -42,7 +42,7 @@ BrimletResult Controller::getDevicesWithParams(std::vector<Device> &devices, con
     QString column;
     if (!deviceColumnForKey(column, key))
         return BRIMLET_REFUSED;
-    return found(database->getDevicesByField(devices, column, value), devices);
+    return readResult(database->getDevicesByField(devices, column, value), devices);
 }
 
 } // namespace brimlet::controller

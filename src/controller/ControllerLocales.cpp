@@ -6,17 +6,17 @@ namespace brimlet::controller {
 
 BrimletResult Controller::addLocales(const std::vector<Locale> &locales)
 {
-    return written(database->addLocales(locales));
+    return writeResult(database->addLocales(locales));
 }
 
 BrimletResult Controller::getLocale(std::optional<Locale> &locale, quint32 id)
 {
-    return found(database->getLocale(locale, id), locale);
+    return readResult(database->getLocale(locale, id), locale);
 }
 
 BrimletResult Controller::getLocales(std::vector<Locale> &locales)
 {
-    return found(database->getLocales(locales), locales);
+    return readResult(database->getLocales(locales), locales);
 }
 
 BrimletResult Controller::getLocalesWithParams(std::vector<Locale> &locales, const QString &key, const QString &value)
@@ -24,7 +24,7 @@ BrimletResult Controller::getLocalesWithParams(std::vector<Locale> &locales, con
     QString column;
     if (!localeColumnForKey(column, key))
         return BRIMLET_REFUSED;
-    return found(database->getLocalesByField(locales, column, value), locales);
+    return readResult(database->getLocalesByField(locales, column, value), locales);
 }
 
 } // namespace brimlet::controller

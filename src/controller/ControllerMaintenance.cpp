@@ -5,22 +5,22 @@ namespace brimlet::controller {
 
 BrimletResult Controller::setServerIp(const QString &ip)
 {
-    return written(database->setServerIp(ip));
+    return writeResult(database->setServerIp(ip));
 }
 
 BrimletResult Controller::getServerIp(QString &ip)
 {
-    return read(database->getServerIp(ip));
+    return readResult(database->getServerIp(ip));
 }
 
 BrimletResult Controller::clearAll()
 {
-    return written(database->clearAll());
+    return writeResult(database->clearAll());
 }
 
 BrimletResult Controller::clearAllExceptEvents()
 {
-    return written(database->clearAllExceptEvents());
+    return writeResult(database->clearAllExceptEvents());
 }
 
 } // namespace brimlet::controller

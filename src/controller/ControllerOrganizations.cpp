@@ -6,30 +6,30 @@ namespace brimlet::controller {
 
 BrimletResult Controller::addOrganizations(const std::vector<Organization> &organizations)
 {
-    return written(database->addOrganizations(organizations));
+    return writeResult(database->addOrganizations(organizations));
 }
 
 BrimletResult Controller::updateOrganization(std::optional<Organization> &organization)
 {
-    return writtenAndFound(database->updateOrganization(organization), organization);
+    return writeResult(database->updateOrganization(organization), organization);
 }
 
 BrimletResult Controller::deleteOrganization(quint32 id)
 {
     std::optional<Organization> organization;
-    if (const BrimletResult target = found(database->getOrganization(organization, id), organization))
+    if (const BrimletResult target = readResult(database->getOrganization(organization, id), organization))
         return target;
-    return written(database->deleteOrganization(id));
+    return writeResult(database->deleteOrganization(id));
 }
 
 BrimletResult Controller::getOrganization(std::optional<Organization> &organization, quint32 id)
 {
-    return found(database->getOrganization(organization, id), organization);
+    return readResult(database->getOrganization(organization, id), organization);
 }
 
 BrimletResult Controller::getOrganizations(std::vector<Organization> &organizations)
 {
-    return found(database->getOrganizations(organizations), organizations);
+    return readResult(database->getOrganizations(organizations), organizations);
 }
 
 BrimletResult Controller::getOrganizationsWithParams(std::vector<Organization> &organizations, const QString &key,
@@ -38,7 +38,7 @@ BrimletResult Controller::getOrganizationsWithParams(std::vector<Organization> &
     QString column;
     if (!organizationColumnForKey(column, key))
         return BRIMLET_REFUSED;
-    return found(database->getOrganizationsByField(organizations, column, value), organizations);
+    return readResult(database->getOrganizationsByField(organizations, column, value), organizations);
 }
 
 } // namespace brimlet::controller

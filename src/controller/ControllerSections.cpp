@@ -6,30 +6,30 @@ namespace brimlet::controller {
 
 BrimletResult Controller::updateSection(std::optional<Section> &section, quint32 deviceId)
 {
-    if (const BrimletResult update = writtenAndFound(database->updateSection(section, deviceId), section))
+    if (const BrimletResult update = writeResult(database->updateSection(section, deviceId), section))
         return update;
 
-    // The section is committed, and stays whatever comes of this.
+    // The section is committed and stays, whatever this check returns.
     bool exists = false;
-    return there(database->isDeviceExists(exists, deviceId), exists, BRIMLET_NO_PARENT);
+    return requireExists(database->isDeviceExists(exists, deviceId), exists, BRIMLET_NO_PARENT);
 }
 
 BrimletResult Controller::deleteSection(quint32 sectionId, quint32 deviceId)
 {
     std::optional<Section> section;
-    if (const BrimletResult target = found(database->getSection(section, sectionId, deviceId), section))
+    if (const BrimletResult target = readResult(database->getSection(section, sectionId, deviceId), section))
         return target;
-    return written(database->deleteSection(deviceId, sectionId));
+    return writeResult(database->deleteSection(deviceId, sectionId));
 }
 
 BrimletResult Controller::getSection(std::optional<Section> &section, quint32 sectionId, quint32 deviceId)
 {
-    return found(database->getSection(section, sectionId, deviceId), section);
+    return readResult(database->getSection(section, sectionId, deviceId), section);
 }
 
 BrimletResult Controller::getSections(std::vector<Section> &sections, quint32 deviceId)
 {
-    return found(database->getSections(sections, deviceId), sections);
+    return readResult(database->getSections(sections, deviceId), sections);
 }
 
 BrimletResult Controller::getSectionsWithParams(std::vector<Section> &sections, const QString &key,
@@ -38,7 +38,7 @@ BrimletResult Controller::getSectionsWithParams(std::vector<Section> &sections, 
     QString column;
     if (!sectionColumnForKey(column, key))
         return BRIMLET_REFUSED;
-    return found(database->getSectionsByField(sections, column, value, deviceId), sections);
+    return readResult(database->getSectionsByField(sections, column, value, deviceId), sections);
 }
 
 } // namespace brimlet::controller

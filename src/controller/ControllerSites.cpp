@@ -6,30 +6,30 @@ namespace brimlet::controller {
 
 BrimletResult Controller::addSites(const std::vector<Site> &sites)
 {
-    return written(database->addSites(sites));
+    return writeResult(database->addSites(sites));
 }
 
 BrimletResult Controller::updateSite(std::optional<Site> &site)
 {
-    return writtenAndFound(database->updateSite(site), site);
+    return writeResult(database->updateSite(site), site);
 }
 
 BrimletResult Controller::deleteSite(quint32 id)
 {
     std::optional<Site> site;
-    if (const BrimletResult target = found(database->getSite(site, id), site))
+    if (const BrimletResult target = readResult(database->getSite(site, id), site))
         return target;
-    return written(database->deleteSite(id));
+    return writeResult(database->deleteSite(id));
 }
 
 BrimletResult Controller::getSite(std::optional<Site> &site, quint32 id)
 {
-    return found(database->getSite(site, id), site);
+    return readResult(database->getSite(site, id), site);
 }
 
 BrimletResult Controller::getSites(std::vector<Site> &sites)
 {
-    return found(database->getSites(sites), sites);
+    return readResult(database->getSites(sites), sites);
 }
 
 BrimletResult Controller::getSitesWithParams(std::vector<Site> &sites, const QString &key, const QString &value)
@@ -37,16 +37,16 @@ BrimletResult Controller::getSitesWithParams(std::vector<Site> &sites, const QSt
     QString column;
     if (!siteColumnForKey(column, key))
         return BRIMLET_REFUSED;
-    return found(database->getSitesByField(sites, column, value), sites);
+    return readResult(database->getSitesByField(sites, column, value), sites);
 }
 
 BrimletResult Controller::getSiteNameAndAddress(std::optional<QString> &name, std::optional<QString> &address,
                                                 quint32 id)
 {
     bool exists = false;
-    if (const BrimletResult site = there(database->isSiteExists(exists, id), exists, BRIMLET_NOT_FOUND))
+    if (const BrimletResult site = requireExists(database->isSiteExists(exists, id), exists, BRIMLET_NOT_FOUND))
         return site;
-    return read(database->getSiteFields(name, address, id));
+    return readResult(database->getSiteFields(name, address, id));
 }
 
 } // namespace brimlet::controller

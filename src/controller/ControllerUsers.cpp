@@ -6,30 +6,30 @@ namespace brimlet::controller {
 
 BrimletResult Controller::addUsers(const std::vector<User> &users)
 {
-    return written(database->addUsers(users));
+    return writeResult(database->addUsers(users));
 }
 
 BrimletResult Controller::updateUser(std::optional<User> &user)
 {
-    return writtenAndFound(database->updateUser(user), user);
+    return writeResult(database->updateUser(user), user);
 }
 
 BrimletResult Controller::deleteUser(quint32 id)
 {
     std::optional<User> user;
-    if (const BrimletResult target = found(database->getUser(user, id), user))
+    if (const BrimletResult target = readResult(database->getUser(user, id), user))
         return target;
-    return written(database->deleteUser(id));
+    return writeResult(database->deleteUser(id));
 }
 
 BrimletResult Controller::getUser(std::optional<User> &user, quint32 id)
 {
-    return found(database->getUser(user, id), user);
+    return readResult(database->getUser(user, id), user);
 }
 
 BrimletResult Controller::getUsers(std::vector<User> &users)
 {
-    return found(database->getUsers(users), users);
+    return readResult(database->getUsers(users), users);
 }
 
 BrimletResult Controller::getUsersWithParams(std::vector<User> &users, const QString &key, const QString &value)
@@ -37,7 +37,7 @@ BrimletResult Controller::getUsersWithParams(std::vector<User> &users, const QSt
     QString column;
     if (!userColumnForKey(column, key))
         return BRIMLET_REFUSED;
-    return found(database->getUsersByField(users, column, value), users);
+    return readResult(database->getUsersByField(users, column, value), users);
 }
 
 } // namespace brimlet::controller

@@ -1,6 +1,6 @@
-// Everything that the library does to its file. An operation answers whether its statements ran; a row that is not
-// there is no failure, it is an empty optional or list. Each operation is a transaction of its own, and a failed one
-// leaves the file as it was. The order of the operations is part of the class.
+// Everything that the library does to its file. An operation returns whether its statements ran; a row that does not
+// exist is no failure but an empty optional or list. Each operation is a transaction, and a failed one leaves the file
+// as it was. The order of the operations is part of the class.
 #pragma once
 
 #include "records/Event.h"

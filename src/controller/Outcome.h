@@ -1,5 +1,5 @@
-// From what the store answered to a result code, in the one place that knows the rule. What an operation fills comes
-// by reference and is looked at after the operation has run, so both can stand in one call.
+// Maps the result of a store operation to a result code. The second argument is a reference that the operation in the
+// first one fills; it is examined after the operation has run, so both fit in one call.
 #pragma once
 
 #include "brimlet/ResultCodes.h"
@@ -21,36 +21,36 @@ bool isEmpty(const std::vector<Record> &records)
     return records.empty();
 }
 
-inline BrimletResult written(bool hasRun)
+inline BrimletResult writeResult(bool hasRun)
 {
     return hasRun ? BRIMLET_DONE : BRIMLET_WRITE_FAILED;
 }
 
-inline BrimletResult read(bool hasRun)
+inline BrimletResult readResult(bool hasRun)
 {
     return hasRun ? BRIMLET_DONE : BRIMLET_READ_FAILED;
 }
 
-// A read into an optional record or a list.
-template<class Found>
-BrimletResult found(bool hasRun, const Found &records)
+// For a read into an optional record or a list.
+template<class Result>
+BrimletResult readResult(bool hasRun, const Result &records)
 {
     if (!hasRun)
         return BRIMLET_READ_FAILED;
     return isEmpty(records) ? BRIMLET_NOT_FOUND : BRIMLET_DONE;
 }
 
-// A write that reads back what it wrote.
-template<class Found>
-BrimletResult writtenAndFound(bool hasRun, const Found &records)
+// For a write that reads the row back.
+template<class Result>
+BrimletResult writeResult(bool hasRun, const Result &records)
 {
     if (!hasRun)
         return BRIMLET_WRITE_FAILED;
     return isEmpty(records) ? BRIMLET_NOT_FOUND : BRIMLET_DONE;
 }
 
-// A look for a row that has to be there.
-inline BrimletResult there(bool hasRun, const bool &exists, BrimletResult otherwise)
+// For the check that a row exists: returns `otherwise` if it does not.
+inline BrimletResult requireExists(bool hasRun, const bool &exists, BrimletResult otherwise)
 {
     if (!hasRun)
         return BRIMLET_READ_FAILED;

@@ -36,7 +36,7 @@ bool SQLiteDatabase::open(const QString &name)
     if (!database.open())
         return false;
     query = QSqlQuery(QSqlDatabase(database));
-    query.setForwardOnly(true); // the driver keeps no second copy of a list's rows then
+    query.setForwardOnly(true); // saves the driver a second copy of each list's rows
     tables.startOperation();
     return true;
 }
@@ -53,9 +53,9 @@ bool SQLiteDatabase::create(const QString &name)
 bool SQLiteDatabase::recreate(const QString &name)
 {
     database.close();
-    QSqlDatabase::removeDatabase(path); // not the name that the first connection is registered under, it stays
+    QSqlDatabase::removeDatabase(path); // the first connection has another name and stays registered
     QFile::remove(path);
-    return open(name); // kept on purpose: the new file has no tables until the client removes it
+    return open(name); // intentional, for compatibility: the new file has no tables until the client removes it
 }
 
 bool SQLiteDatabase::createTables()
@@ -91,14 +91,14 @@ bool SQLiteDatabase::createTables()
             return false;
     }
     tables.prepareVersionInsert(query, schemaVersion);
-    return run("set verson error") && commit(); // spelled so on purpose
+    return run("set verson error") && commit(); // intentional spelling
 }
 
 bool SQLiteDatabase::isVersionValid()
 {
     tables.startOperation();
     tables.prepareVersionSelect(query);
-    if (!run("get version error")) // rolls back although nothing was begun, as every failed read does
+    if (!run("get version error")) // rolls back, like every failed read, although no transaction is open
         return false;
     QString number;
     if (query.next())
@@ -106,8 +106,8 @@ bool SQLiteDatabase::isVersionValid()
     return number == schemaVersion;
 }
 
-// A probe succeeds when its statement runs; it does not matter what it finds. These are the reads of the entities, so
-// that a missing table or column shows here and not to the client.
+// A probe succeeds if its statement runs, whatever it finds. The probes are the selects of the entities, so a missing
+// table or column fails the launch instead of a client's call.
 bool SQLiteDatabase::isSchemaValid()
 {
     const std::function<void()> probes[] = {
@@ -133,7 +133,7 @@ bool SQLiteDatabase::isSchemaValid()
     for (const auto &prepare : probes) {
         prepare();
         if (!execute())
-            return false; // with the transaction open: the file is closed and replaced next
+            return false; // leaves the transaction open: the file is closed and replaced next
     }
     return commit();
 }
@@ -173,13 +173,13 @@ bool SQLiteDatabase::fail(const char *error)
     log(error);
     logLastError();
     database.rollback();
-    tables.startOperation(); // a reader that goes on prepares anew
+    tables.startOperation(); // a reader that continues prepares again
     return false;
 }
 
-void SQLiteDatabase::log(const char *words) const
+void SQLiteDatabase::log(const char *message) const
 {
-    qDebug() << words;
+    qDebug() << message;
 }
 
 void SQLiteDatabase::logLastError() const

@@ -1,6 +1,6 @@
-// The store in its SQLite file: the order of an operation's steps, its transaction, and what a failure logs. Names and
-// statements are the catalog's. One query serves all operations, so a reader that needs further statements for each
-// row drains its own result first.
+// The store in its SQLite file: the steps of each operation, its transaction, and what a failure logs. TableCatalog has
+// the names and the statements. One query serves all operations, so a reader that runs child queries for each row reads
+// its own result to the end first.
 #pragma once
 
 #include "catalog/TableCatalog.h"
@@ -114,41 +114,40 @@ private:
 
     // ---- Running a statement ----
 
-    // The only two that run what the query holds; a failure writes two debug lines.
+    // The only two that run the prepared statement; a failure logs two debug lines.
     bool execute();
     bool executeBatch();
-    // The same, with the block that ends a failed operation: two more debug lines and the rollback. Both answer false
-    // then.
+    // The same; a failure also logs the operation's error and rolls back (`fail`), and they return false.
     bool run(const char *error);
     bool runBatch(const char *error);
     bool fail(const char *error);
-    void log(const char *words) const;
+    void log(const char *message) const;
     void logLastError() const;
 
     // ---- Transactions ----
 
     void begin();
-    bool commit(); // always true: what the commit itself answers is not looked at
+    bool commit(); // always true: the result of the commit is ignored
 
-    // ---- Patterns (StorePatterns.h) ----
+    // ---- Common steps (StorePatterns.h) ----
 
-    // Runs the prepared select and reads its first row, or empties the optional where there is none.
+    // Runs the prepared select and reads its first row, or resets the optional if there is none.
     template<class Record, class Columns>
     bool readOne(std::optional<Record> &record, RowReader<Record, Columns> readRow, const char *error);
     // Runs the prepared select and appends all its rows.
     template<class Record, class Columns>
     bool readList(std::vector<Record> &records, RowReader<Record, Columns> readRow, const char *error);
-    // Runs the prepared select and answers through `exists` whether it gave a row.
+    // Runs the prepared select and sets `exists` to whether it returned a row.
     bool readExists(bool &exists, const char *error);
-    // Puts the row of the record's id, as it is stored now, in the record's place.
+    // Replaces the record by the stored row of its id.
     template<class Record, class... Parents>
     bool readBack(std::optional<Record> &record,
                   bool (SQLiteDatabase::*read)(std::optional<Record> &, quint32, Parents...), Parents... parents);
-    // Removes a row by its id, as one operation.
+    // A whole operation that removes a row by its id.
     template<class Table>
     bool deleteById(const Table &table, quint32 id, const char *error);
 
-    // ---- Internal readers and writers, which run inside the transaction of their caller ----
+    // ---- Internal readers and writers, which run in the transaction of their caller ----
 
     bool readUserById(std::optional<User> &user, quint32 id);
     bool readDomainById(std::optional<Domain> &domain, quint32 id);

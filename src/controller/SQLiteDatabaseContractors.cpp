@@ -41,7 +41,7 @@ bool SQLiteDatabase::getContractors(std::vector<Contractor> &contractors)
     begin();
     tables.prepareContractorsSelect(query);
     return readList(contractors, TableCatalog::readContractorRow, "get contractors by field error")
-        && commit(); // kept on purpose
+        && commit(); // intentional, for compatibility
 }
 
 bool SQLiteDatabase::readContractorById(std::optional<Contractor> &contractor, quint32 id)

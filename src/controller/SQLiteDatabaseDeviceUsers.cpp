@@ -11,7 +11,8 @@ bool SQLiteDatabase::readDeviceUsers(std::vector<DeviceUser> &users, quint32 dev
         std::vector<DeviceUserSectionLink> links;
         if (!readDeviceUserLinks(links, deviceId, user.id))
             return false;
-        tables.prepareDeviceUserLinksSelect(query, deviceId, user.id); // kept on purpose: prepared and never run
+        // Intentional, for compatibility: prepared a second time and not run.
+        tables.prepareDeviceUserLinksSelect(query, deviceId, user.id);
         for (const DeviceUserSectionLink &link : links)
             user.sections.push_back(link.sectionId);
     }

@@ -96,8 +96,7 @@ bool SQLiteDatabase::readChildrenOf(Device &device)
     return readSectionsOfDevice(device.sections, device.id) && readDeviceUsers(device.users, device.id);
 }
 
-// Each table in one batch for all devices. Rows are replaced and nothing is deleted: what the documents no longer
-// name stays.
+// One batch a table for all devices. Rows are replaced and none is deleted: rows that the documents omit stay.
 bool SQLiteDatabase::writeDevices(const std::vector<Device> &devices)
 {
     using Prepare = void (TableCatalog::*)(QSqlQuery &, const std::vector<Device> &) const;
@@ -110,7 +109,7 @@ bool SQLiteDatabase::writeDevices(const std::vector<Device> &devices)
         {&TableCatalog::prepareSectionsInsert, "add sections error"},
         {&TableCatalog::prepareZonesInsert, "add zones error"},
         {&TableCatalog::prepareDeviceUsersInsert, "add device users error"},
-        {&TableCatalog::prepareDeviceUserSectionLinksInsert, "add device users error"}, // the same words on purpose
+        {&TableCatalog::prepareDeviceUserSectionLinksInsert, "add device users error"}, // intentionally the same
     };
     for (const auto &batch : batches) {
         (tables.*batch.prepare)(query, devices);

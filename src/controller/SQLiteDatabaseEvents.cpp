@@ -76,8 +76,8 @@ bool SQLiteDatabase::writeEvents(const std::vector<Event> &events)
     if (!runBatch("add events error"))
         return false;
     tables.prepareEventsTimeIndex(query);
-    // Kept on purpose: a failure here, which undoes the events, still counts as success. The read-back then finds
-    // nothing, or what was there before.
+    // Intentional, for compatibility: a failure, which rolls the events back, counts as success. Reading back then
+    // finds no events, or the previous ones.
     run("Create Events Time Index error");
     return true;
 }

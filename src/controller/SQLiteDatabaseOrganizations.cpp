@@ -19,7 +19,7 @@ bool SQLiteDatabase::updateOrganization(std::optional<Organization> &organizatio
     if (!run("add or update organization error"))
         return false;
     if (organization->contact) {
-        tables.preparePersonReplace(query, *organization->contact); // whole, where the organization merges
+        tables.preparePersonReplace(query, *organization->contact); // replaces the whole row, unlike the organization
         if (!run("add or update person error"))
             return false;
     }
@@ -29,7 +29,7 @@ bool SQLiteDatabase::updateOrganization(std::optional<Organization> &organizatio
 bool SQLiteDatabase::deleteOrganization(quint32 id)
 {
     begin();
-    tables.preparePersonDeleteForOrganization(query, id); // first: it finds the person by the organization's row
+    tables.preparePersonDeleteForOrganization(query, id); // first: its statement uses the organization's row
     if (!run("delete person error"))
         return false;
     tables.prepareDelete(query, tables.organizations.table, tables.organizations.id.column, id);

@@ -5,7 +5,7 @@ namespace brimlet::controller {
 bool SQLiteDatabase::updateSection(std::optional<Section> &section, quint32 deviceId)
 {
     begin();
-    tables.prepareSectionUpsert(query, required(section), deviceId); // without the zones of the document
+    tables.prepareSectionUpsert(query, required(section), deviceId); // ignores the zones of the document
     return run("add or update section error") && readBack(section, &SQLiteDatabase::readSectionById, deviceId)
         && commit();
 }
@@ -16,7 +16,7 @@ bool SQLiteDatabase::deleteSection(quint32 deviceId, quint32 sectionId)
     tables.prepareSectionDelete(query, deviceId, sectionId);
     if (!run("delete device section error"))
         return false;
-    for (int time = 0; time < 2; ++time) { // kept on purpose: the second time finds nothing left
+    for (int time = 0; time < 2; ++time) { // intentional, for compatibility: the second run finds no rows
         tables.prepareZonesOfSectionDelete(query, deviceId, sectionId);
         if (!run("delete zones for device section error"))
             return false;
@@ -61,7 +61,7 @@ bool SQLiteDatabase::readSectionById(std::optional<Section> &section, quint32 se
     if (!readOne(section, TableCatalog::readSectionRow, "get sections for device by id error"))
         return false;
     if (section)
-        readZonesOfSection(section->zones, deviceId, sectionId); // its failure is not looked at, as below
+        readZonesOfSection(section->zones, deviceId, sectionId); // a failure is ignored, see below
     return true;
 }
 
@@ -74,8 +74,8 @@ bool SQLiteDatabase::readSectionsOfDevice(std::vector<Section> &sections, quint3
     return true;
 }
 
-// Kept on purpose: a failed read of zones, which has logged and rolled back, leaves that section without them and
-// does not fail the read of the sections.
+// Intentional, for compatibility: a failed read of zones, which has logged and rolled back, leaves that section without
+// zones and does not fail the read of the sections.
 void SQLiteDatabase::readZonesOfSections(std::vector<Section> &sections, quint32 deviceId)
 {
     for (Section &section : sections)

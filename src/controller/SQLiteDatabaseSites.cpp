@@ -11,11 +11,11 @@ bool SQLiteDatabase::addSites(const std::vector<Site> &sites)
 bool SQLiteDatabase::updateSite(std::optional<Site> &site)
 {
     begin();
-    tables.prepareSiteUpsert(query, required(site)); // without the devices of the document
+    tables.prepareSiteUpsert(query, required(site)); // ignores the devices of the document
     if (!run("update site error"))
         return false;
     if (site->location) {
-        tables.prepareLocationReplace(query, *site->location); // whole, where the site merges
+        tables.prepareLocationReplace(query, *site->location); // replaces the whole row, unlike the site
         if (!run("add or update location error"))
             return false;
     }
@@ -87,7 +87,7 @@ bool SQLiteDatabase::readDomainsOf(std::vector<Site> &sites)
     return true;
 }
 
-// A site's own domain, which no join brings. The id 0 means none.
+// A separate query reads a site's own domain. The id 0 means none.
 bool SQLiteDatabase::readDomainOf(Site &site)
 {
     return site.domainId.value_or(0) == 0 || readDomainById(site.domain, *site.domainId);

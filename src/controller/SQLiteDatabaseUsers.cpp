@@ -8,7 +8,7 @@ bool SQLiteDatabase::addUsers(const std::vector<User> &users)
     tables.prepareUsersInsert(query, users);
     if (executeBatch())
         return commit();
-    log("add users error"); // kept on purpose: no second error text, unlike every other batch
+    log("add users error"); // intentional, for compatibility: no second error text, unlike every other batch
     database.rollback();
     return false;
 }
@@ -17,7 +17,7 @@ bool SQLiteDatabase::updateUser(std::optional<User> &user)
 {
     begin();
     tables.prepareUserUpsert(query, required(user));
-    return run("add user error") // kept on purpose: these words, although it is an update
+    return run("add user error") // intentional, for compatibility: this text, although it is an update
         && readBack(user, &SQLiteDatabase::readUserById) && commit();
 }
 

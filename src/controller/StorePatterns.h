@@ -1,4 +1,4 @@
-// The templates of SQLiteDatabase: the moves that the operations of many entities share.
+// The templates of SQLiteDatabase: the steps that the operations of many entities share.
 #pragma once
 
 #include "controller/SQLiteDatabase.h"
@@ -7,7 +7,7 @@
 
 namespace brimlet::controller {
 
-// The record of an operation that cannot do without one. That it is there is its caller's business.
+// The record of an operation that requires one. The caller ensures that it is present.
 template<class Record>
 Record &required(std::optional<Record> &record)
 {

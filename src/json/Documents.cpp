@@ -1,7 +1,5 @@
 #include "json/Documents.h"
 
-#include "json/FieldReaders.h"
-
 #include <QJsonDocument>
 
 namespace brimlet {
@@ -43,6 +41,11 @@ BrimletResult readBareId(const QString &text, const QString &key, quint32 &id)
     QJsonObject payload;
     if (const BrimletResult opened = openEnvelope(text, payload))
         return opened;
+    return readBareId(payload, key, id);
+}
+
+BrimletResult readBareId(const QJsonObject &payload, const QString &key, quint32 &id)
+{
     const auto member = payload.constFind(key);
     if (member == payload.constEnd())
         return BRIMLET_INCOMPLETE;

@@ -8,6 +8,11 @@ namespace {
 
 constexpr double twoTo63 = 9223372036854775808.0;
 
+bool isAnything(const QJsonValue &)
+{
+    return true;
+}
+
 bool isNumber(const QJsonValue &value)
 {
     return value.isDouble();
@@ -23,7 +28,7 @@ bool isText(const QJsonValue &value)
     return value.isString();
 }
 
-// The rule that all optional fields share.
+// The rule of every optional field.
 template<class Value, class Convert>
 bool readOptional(std::optional<Value> &field, const QJsonObject &object, const QString &key,
                   bool (*isAccepted)(const QJsonValue &), const Convert &convert)
@@ -124,6 +129,11 @@ bool readBoolField(std::optional<bool> &field, const QJsonObject &object, const 
 bool readUInt64Field(std::optional<quint64> &field, const QJsonObject &object, const QString &key)
 {
     return readOptional(field, object, key, isNumber, toUInt64);
+}
+
+bool readCoordinateField(std::optional<double> &field, const QJsonObject &object, const QString &key)
+{
+    return readOptional(field, object, key, isAnything, [](const QJsonValue &value) { return value.toDouble(0.0); });
 }
 
 bool readLocaleRef(std::optional<Locale> &field, const QJsonObject &object, const QString &key)

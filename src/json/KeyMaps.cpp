@@ -1,11 +1,6 @@
 #include "json/KeyMaps.h"
 
-#include "catalog/ContractsTable.h"
-#include "catalog/DevicesTable.h"
-#include "catalog/OrganizationsTable.h"
-#include "catalog/SectionsTable.h"
-#include "catalog/SitesTable.h"
-#include "catalog/ZonesTable.h"
+#include "json/ObjectReaders.h"
 
 namespace brimlet {
 
@@ -21,13 +16,14 @@ const QString &keyOf(const IdFieldDesc &desc)
     return desc.fieldKeys.first;
 }
 
-template<class List>
-bool columnForKey(QString &column, const QString &key, const List &fields)
+template<class Record>
+bool columnForKey(QString &column, const QString &key)
 {
-    const typename FirstField<List>::Table table;
-    return !allFields(fields, [&](const auto &field) {
+    const auto &searches = DocumentForm<Record>::searches;
+    const typename FirstField<std::decay_t<decltype(searches)>>::Table table;
+    return !allFields(searches, [&](const auto &field) {
         const auto &desc = table.*field.desc;
-        if (keyOf(desc) != key)
+        if (!field.isSearchable || keyOf(desc) != key)
             return true;
         column = desc.column;
         return false;
@@ -38,52 +34,52 @@ bool columnForKey(QString &column, const QString &key, const List &fields)
 
 bool contractColumnForKey(QString &column, const QString &key)
 {
-    return columnForKey(column, key, ContractFields::searchOrder);
+    return columnForKey<Contract>(column, key);
 }
 
 bool contractorColumnForKey(QString &column, const QString &key)
 {
-    return columnForKey(column, key, ContractorFields::tableOrder);
+    return columnForKey<Contractor>(column, key);
 }
 
 bool deviceColumnForKey(QString &column, const QString &key)
 {
-    return columnForKey(column, key, DeviceFields::searchOrder);
+    return columnForKey<Device>(column, key);
 }
 
 bool domainColumnForKey(QString &column, const QString &key)
 {
-    return columnForKey(column, key, DomainFields::tableOrder);
+    return columnForKey<Domain>(column, key);
 }
 
 bool localeColumnForKey(QString &column, const QString &key)
 {
-    return columnForKey(column, key, LocaleFields::tableOrder);
+    return columnForKey<Locale>(column, key);
 }
 
 bool organizationColumnForKey(QString &column, const QString &key)
 {
-    return columnForKey(column, key, OrganizationFields::searchOrder);
+    return columnForKey<Organization>(column, key);
 }
 
 bool sectionColumnForKey(QString &column, const QString &key)
 {
-    return columnForKey(column, key, SectionFields::searchOrder);
+    return columnForKey<Section>(column, key);
 }
 
 bool siteColumnForKey(QString &column, const QString &key)
 {
-    return columnForKey(column, key, SiteFields::searchOrder);
+    return columnForKey<Site>(column, key);
 }
 
 bool userColumnForKey(QString &column, const QString &key)
 {
-    return columnForKey(column, key, UserFields::tableOrder);
+    return columnForKey<User>(column, key);
 }
 
 bool zoneColumnForKey(QString &column, const QString &key)
 {
-    return columnForKey(column, key, ZoneFields::searchOrder);
+    return columnForKey<Zone>(column, key);
 }
 
 } // namespace brimlet

@@ -1,5 +1,5 @@
-// From the JSON key that a client searches by to the column. A key that is not in the map, compared exactly, gives
-// false and leaves the column as it was. Not every field of a table can be searched for.
+// Maps the JSON key of a search to the column. A key that is not in the map, compared exactly, returns false and leaves
+// the column as it was. Some fields of a table cannot be searched for.
 #pragma once
 
 #include <QString>

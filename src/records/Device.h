@@ -10,7 +10,7 @@ struct Device
 {
     quint32 id = 0;
     std::optional<quint32> account;
-    std::optional<Domain> domain; // on the way out only
+    std::optional<Domain> domain; // output only
     std::optional<quint32> configVersion;
     std::vector<Section> sections;
     std::vector<DeviceUser> users;

@@ -6,7 +6,7 @@
 
 namespace brimlet {
 
-// A user programmed into a device, no operator of the service. The device travels beside it.
+// A user programmed into a device, not an operator of the service. The id of the device is passed separately.
 struct DeviceUser
 {
     quint32 id = 0;
@@ -16,7 +16,7 @@ struct DeviceUser
     std::vector<quint32> sections; // their numbers
 };
 
-// Which device user reaches which section, as the store holds it.
+// A row of the store: a section that a device user may reach.
 struct DeviceUserSectionLink
 {
     quint32 deviceId = 0;

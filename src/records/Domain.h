@@ -9,7 +9,7 @@ struct Domain
     quint32 id = 0;
     std::optional<QString> name;
     std::optional<quint32> orgId;
-    std::optional<Locale> locale; // with nothing but its id on the way in
+    std::optional<Locale> locale; // input sets its id only
 };
 
 } // namespace brimlet

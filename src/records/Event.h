@@ -5,7 +5,7 @@
 
 namespace brimlet {
 
-// An entry of the journal. Times are the service's numbers; the library compares `time` and reads nothing into them.
+// An entry of the journal. Times are the service's numbers, without a unit here; the library only compares `time`.
 struct Event
 {
     quint32 id = 0;
@@ -27,7 +27,7 @@ struct Event
     std::optional<bool> affect;
     std::optional<QString> jData;
 
-    // From the device, the section, the zone and the operator's domain, on the way out only.
+    // Output only, from the device, the section, the zone and the operator's domain.
     std::optional<quint32> account;
     std::optional<QString> sectionName;
     std::optional<QString> zoneName;

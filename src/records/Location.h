@@ -5,7 +5,7 @@
 
 namespace brimlet {
 
-// Where a site lies. Its id is the site's.
+// The coordinates of a site. Its id is that of the site.
 struct Location
 {
     quint32 id = 0;

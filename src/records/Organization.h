@@ -15,7 +15,7 @@ struct Organization
     std::optional<QString> ogrn;
     std::optional<QString> address;
     std::optional<Person> contact;
-    std::optional<Locale> locale; // with nothing but its id on the way in
+    std::optional<Locale> locale; // input sets its id only
 };
 
 } // namespace brimlet

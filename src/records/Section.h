@@ -6,7 +6,7 @@
 
 namespace brimlet {
 
-// The device travels beside a section.
+// A section. The id of its device is passed separately.
 struct Section
 {
     quint32 id = 0;

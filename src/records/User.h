@@ -15,7 +15,7 @@ struct User
     std::optional<quint32> domainId;
     std::optional<quint32> roles;
     std::optional<quint64> phone;
-    std::optional<Domain> domain; // on the way out only
+    std::optional<Domain> domain; // output only
     std::optional<quint32> orgId;
 };
 

@@ -5,7 +5,7 @@
 
 namespace brimlet {
 
-// Device and section travel beside a zone.
+// A zone. The ids of its device and section are passed separately.
 struct Zone
 {
     quint32 id = 0;

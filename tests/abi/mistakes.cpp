@@ -51,8 +51,8 @@ template<>
 struct FlatForm<Note>
 {
     using Flat = FlatNote;
-    static constexpr auto fields = std::make_tuple(carries(&Flat::id, &Note::id), carries(&Flat::text, &Note::text),
-                                                   carries(&Flat::color, &Note::color));
+    static constexpr auto fields = std::make_tuple(flatField(&Flat::id, &Note::id), flatField(&Flat::text, &Note::text),
+                                                   flatField(&Flat::color, &Note::color));
 };
 
 void use(FlatNote &flat, const Note &note)

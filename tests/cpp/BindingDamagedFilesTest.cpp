@@ -7,7 +7,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
-#include <regex>
 #include <set>
 #include <string>
 
@@ -74,7 +73,10 @@ TEST_P(BindingDamagedFilesOf, ALaunchHaveTheTimeInTheirName)
     EXPECT_TRUE(kept.is_absolute());
     EXPECT_TRUE(fs::equivalent(kept.parent_path(), "cache"));
     const std::string name = kept.filename().string();
-    EXPECT_TRUE(std::regex_match(name, std::regex(R"(CacheDb\.damaged-\d{8}T\d{6}\.\d{3}Z)"))) << name;
+    std::string shape = name;
+    std::replace_if(
+        shape.begin(), shape.end(), [](char unit) { return unit >= '0' && unit <= '9'; }, '0');
+    EXPECT_EQ(shape, "CacheDb.damaged-00000000T000000.000Z");
     EXPECT_EQ(read(kept), noDatabase);
     EXPECT_EQ(others(), Names{name});
 }
@@ -182,15 +184,14 @@ TEST_F(BindingDamagedFiles, ASecondNameOfTheStoreIsRemoved)
     }
     fs::create_hard_link("cache/CacheDb", "cache/CacheDb.before-launch");
     write("cache/CacheDb.before-launch-journal", "journal");
-    const Session session("cache");
-    EXPECT_EQ(session.report().first, LaunchResult::Opened);
+    EXPECT_EQ(Session("cache").report().first, LaunchResult::Opened);
     EXPECT_EQ(others(), Names{});
 }
 
 TEST_F(BindingDamagedFiles, AJournalWithoutItsFileIsRemoved)
 {
     write("cache/CacheDb.before-launch-journal", "journal"); // the process died before its launch
-    const Session session("cache");
+    { const Session session("cache"); }
     EXPECT_EQ(others(), Names{});
 }
 
@@ -205,9 +206,7 @@ TEST_P(BindingDamagedFilesLeft, BehindAreKept)
     }
     write("cache/CacheDb.before-launch", noDatabase);
     write("cache/CacheDb.before-launch-journal", "journal");
-    const Session session("cache");
-    EXPECT_TRUE(session.isUsable());
-    EXPECT_EQ(session.report().kept, std::nullopt); // this launch has replaced nothing
+    EXPECT_EQ(Session("cache").report().kept, std::nullopt); // this launch has replaced nothing
     const Names names = others();
     ASSERT_EQ(names.size(), 2u);
     const std::string kept = "cache/" + *names.begin();

@@ -234,6 +234,7 @@ TEST_P(BindingLaunchReplaced, IsFollowedByALaunchWithoutFileAndJournal)
     EXPECT_TRUE(fs::exists(directory / "other"));
     EXPECT_EQ(static_cast<uint32_t>(session.report().first), GetParam());
     EXPECT_EQ(session.report().second, LaunchResult::Created);
+    EXPECT_EQ(session.report().kept, std::nullopt); // this stand-in replaces nothing
 }
 
 INSTANTIATE_TEST_SUITE_P(Results, BindingLaunchReplaced, ::testing::Values(101u, 102u, 103u));
@@ -252,6 +253,7 @@ TEST_P(BindingLaunchNotReplaced, IsTheOnlyOneAndLeavesTheFiles)
     EXPECT_TRUE(fs::exists(directory / "CacheDb-journal"));
     EXPECT_EQ(static_cast<uint32_t>(session.report().first), GetParam());
     EXPECT_EQ(session.report().second, std::nullopt);
+    EXPECT_EQ(session.report().kept, std::nullopt);
 }
 
 INSTANTIATE_TEST_SUITE_P(Results, BindingLaunchNotReplaced, ::testing::Values(0u, 6u, 100u));

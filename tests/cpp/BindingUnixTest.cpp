@@ -4,10 +4,10 @@
 
 #include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -16,6 +16,7 @@
 #include <sqlite3.h>
 #include <string>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -23,11 +24,22 @@
 namespace {
 
 std::atomic<bool> hasLinks{true};
+std::atomic<bool> isClockStopped{false}; // at 6:45:00.123 on 22 November 2026
 
 } // namespace
 
-// Here in place of the C library's: a file system may be without links.
-extern "C" int link(const char *from, const char *to) noexcept
+// Two functions in place of the C library's: a file system may be without links, and a clock may stand.
+#define EXPORTED extern "C" __attribute__((visibility("default")))
+
+EXPORTED int clock_gettime(clockid_t clock, timespec *time) noexcept
+{
+    if (!isClockStopped || clock != CLOCK_REALTIME)
+        return static_cast<int>(syscall(SYS_clock_gettime, clock, time));
+    *time = {1795329900, 123456789};
+    return 0;
+}
+
+EXPORTED int link(const char *from, const char *to) noexcept
 {
     if (hasLinks)
         return linkat(AT_FDCWD, from, AT_FDCWD, to, 0);
@@ -51,7 +63,9 @@ const std::string noDatabase(5000, 'x');
     if (geteuid() == 0 && (setgid(nobody) != 0 || setuid(nobody) != 0))
         std::_Exit(99);
     try {
-        const Session session;
+        LaunchOptions options;
+        options.recover = false; // it could not remove the file
+        const Session session(".", options);
         std::fprintf(stderr, "launched %u, kept <%s>\n", getLaunchCacheResult(),
                      session.report().kept.value_or("").c_str());
     } catch (const std::exception &failure) {
@@ -89,6 +103,7 @@ TEST_F(BindingUnix, WithoutLinksADamagedFileIsCopied)
 {
     fs::permissions("CacheDb", fs::perms::owner_read | fs::perms::owner_write);
     hasLinks = false;
+    ASSERT_THROW(fs::create_hard_link("CacheDb", "linked"), fs::filesystem_error);
     const Session session;
     EXPECT_EQ(session.report().first, LaunchResult::ReplacedVersion);
     EXPECT_EQ(read(session.report().kept.value()), noDatabase);
@@ -118,6 +133,18 @@ TEST_F(BindingUnix, AFileThatCannotBeReadToCopyItIsAnErrorBeforeTheLaunch)
     EXPECT_EXIT(openUnprivileged(), ::testing::ExitedWithCode(0), "cannot be kept .keepDamaged = 0 .*/CacheDb\\]");
     EXPECT_EQ(fs::file_size("CacheDb"), noDatabase.size());
     EXPECT_EQ(countFiles(), 1);
+}
+
+TEST_F(BindingUnix, ADamagedFileTakesTheNextFreeMillisecondOfUtc)
+{
+    std::ofstream("CacheDb.damaged-20261122T064500.123Z") << "other";
+    std::ofstream("CacheDb.damaged-20261122T064500.124Z-journal") << "journal";
+    isClockStopped = true;
+    const Session session;
+    isClockStopped = false;
+    EXPECT_EQ(session.report().kept.value().filename(), "CacheDb.damaged-20261122T064500.125Z");
+    EXPECT_EQ(read("CacheDb.damaged-20261122T064500.123Z"), "other");
+    EXPECT_EQ(read("CacheDb.damaged-20261122T064500.124Z-journal"), "journal");
 }
 
 class BindingUnixClosed : public BindingUnix, public ::testing::WithParamInterface<bool>
@@ -157,24 +184,19 @@ TEST_F(BindingUnix, ALinkAsTheStoreIsNotKeptSinceItsTargetStays)
 
 // ---- Forked children ----
 
-// Another connection holds the file, so that a call of another thread waits in the library. The child has neither that
-// thread nor any way to end its call.
-TEST_F(BindingUnix, AChildThatExitsWhileAnotherThreadIsInACallEndsAndLeavesTheCallAlone)
+// Another connection reads the file, so a call of another thread waits in its commit. An exit of the library in the
+// child would roll that transaction back and remove its journal.
+TEST_F(BindingUnix, AChildThatExitsWhileAnotherThreadIsInACallLeavesTheCallItsJournal)
 {
     fs::remove("CacheDb");
     Session session;
     sqlite3 *other = nullptr;
     ASSERT_EQ(sqlite3_open("CacheDb", &other), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
-    std::atomic<bool> isCalling{false};
+    ASSERT_EQ(sqlite3_exec(other, "BEGIN; SELECT * FROM Users", nullptr, nullptr, nullptr), SQLITE_OK);
     std::atomic<Code> code{Code::NoRecord};
-    std::thread caller([&] {
-        isCalling = true;
-        code.store(session.addUsers(R"({"D":{"items":[{"id":7}]}})"));
-    });
-    while (!isCalling)
+    std::thread caller([&] { code.store(session.addUsers(R"({"D":{"items":[{"id":7}]}})")); });
+    while (!fs::exists("CacheDb-journal"))
         std::this_thread::yield();
-    std::this_thread::sleep_for(std::chrono::milliseconds(100)); // for the caller to come to the lock
 
     const pid_t child = fork();
     if (child == 0) {
@@ -184,6 +206,7 @@ TEST_F(BindingUnix, AChildThatExitsWhileAnotherThreadIsInACallEndsAndLeavesTheCa
     int status = 0;
     waitpid(child, &status, 0);
     EXPECT_TRUE(WIFEXITED(status)) << "killed by signal " << WTERMSIG(status);
+    EXPECT_TRUE(fs::exists("CacheDb-journal"));
 
     sqlite3_close(other);
     caller.join();

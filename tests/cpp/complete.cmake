@@ -1,7 +1,12 @@
-# Looks for what brimlet.hpp lacks: a call of every exported function, in the view of every flat record a reading of
+# Looks for what the C++ headers lack: a call of every exported function, in the view of every flat record a reading of
 # every field, and every result code.
 #   -DEXPORTS=... -DLAYOUT=... -DCODES=... -DBINDING=...
-file(READ ${BINDING} text)
+file(GLOB_RECURSE headers ${BINDING}/*.hpp)
+set(text "")
+foreach(header IN LISTS headers)
+    file(READ ${header} part)
+    string(APPEND text "${part}")
+endforeach()
 set(missing "")
 
 file(STRINGS ${EXPORTS} names REGEX "^[^#]")
@@ -11,17 +16,21 @@ foreach(name IN LISTS names)
     endif()
 endforeach()
 
-file(STRINGS ${LAYOUT} fields REGEX "\\.")
+file(STRINGS ${LAYOUT} fields REGEX "^Flat[A-Za-z]+\\.")
 foreach(field IN LISTS fields)
     string(REGEX MATCH "^(Flat([A-Za-z]+))\\.([A-Za-z]+)" ignored "${field}")
     set(record ${CMAKE_MATCH_1})
     set(view ${CMAKE_MATCH_2}View)
     set(name ${CMAKE_MATCH_3})
     string(FIND "${text}" "class ${view} : public View<${record}>" begin)
+    if(begin EQUAL -1)
+        list(APPEND missing ${record}.${name})
+        continue()
+    endif()
     string(SUBSTRING "${text}" ${begin} -1 rest)
     string(FIND "${rest}" "\n};" length)
     string(SUBSTRING "${rest}" 0 ${length} body)
-    if(begin EQUAL -1 OR NOT (name STREQUAL id OR body MATCHES "flat->${name}[^A-Za-z]")) # View has the id
+    if(NOT (name STREQUAL id OR body MATCHES "flat->${name}[^A-Za-z]")) # View has the id
         list(APPEND missing ${record}.${name})
     endif()
 endforeach()
@@ -35,7 +44,7 @@ foreach(code IN LISTS codes)
 endforeach()
 
 if(missing)
-    message(FATAL_ERROR "missing in brimlet.hpp: ${missing}")
+    message(FATAL_ERROR "missing in ${BINDING}: ${missing}")
 endif()
 
 list(LENGTH names functions)

@@ -39,11 +39,6 @@ class ResultCodesTest(unittest.TestCase):
         exports = {line for line in source("src/api/exports.txt").split("\n") if line and not line.startswith("#")}
         self.assertEqual({function.name for function in self.api.functions}, exports)
 
-    def test_every_value_of_the_cpp_header_has_its_comment(self):  # Doxygen does not ask for those of values
-        for values in re.findall(r"^enum[^{;]*\{(.*?)^\};", source("bindings/cpp/brimlet.hpp"),
-                                 re.DOTALL | re.MULTILINE):
-            self.assertEqual(len(re.findall(r"^    \w+ =", values, re.MULTILINE)), values.count("/**<"), values)
-
     def test_every_reason_is_given(self):
         for title, text in self.page.items():
             for cells in rows(text):

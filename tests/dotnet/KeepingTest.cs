@@ -22,6 +22,9 @@ internal static class KeepingTest
     private static extern int symlink(string target, string path);
 
     [DllImport("libc")]
+    private static extern int link(string file, string name);
+
+    [DllImport("libc")]
     private static extern int mkfifo(string path, int mode);
 
     [DllImport("brimlet")]
@@ -151,14 +154,15 @@ internal static class KeepingTest
     // The names of the next seconds are taken.
     private static void KeepUnderFreeName()
     {
-        const int taken = 4000;
+        const int taken = 10000;
         using (var workplace = new Workplace())
         {
             DateTime now = DateTime.UtcNow;
             string[] names = Enumerable.Range(0, taken).Select(millisecond => "CacheDb.damaged-"
                 + now.AddMilliseconds(millisecond).ToString("yyyyMMdd'T'HHmmss.fff'Z'")).ToArray();
-            Array.ForEach(names, name => File.WriteAllText(workplace.File(name), ""));
             File.WriteAllText(workplace.File("CacheDb"), damage);
+            File.WriteAllText(workplace.File("taken"), "");
+            Check.That("names are taken", names.All(name => link(workplace.File("taken"), workplace.File(name)) == 0));
             string kept = KeptName(workplace, taken + 1);
             Check.That("the next free name is taken", string.CompareOrdinal(kept, names.Last()) > 0, kept);
             Check.Equal("and no other", taken + 1, Damaged(workplace).Length);
@@ -274,6 +278,8 @@ internal static class KeepingTest
                 Check.Equal("the report tells where it is", directory + before, session.Report.Kept);
                 Check.Equal("which is so", damage, File.ReadAllText(session.Report.Kept));
             }
+            File.WriteAllText(directory + "/CacheDb", "forgotten is the other");
+            Check.Throws<IOException>("what cannot be renamed is not launched over", () => new Session(directory));
             Check.Equal("and stays so", damage, File.ReadAllText(directory + before));
         }
     }

@@ -6,10 +6,11 @@
 #include "Library.h"
 #include "Require.h"
 #include "Walk.h"
-#include "api/DirectoryFlat.h"
-#include "api/EquipmentFlat.h"
 #include "api/EventFlat.h"
+#include "api/OrganizationFlat.h"
+#include "api/SiteFlat.h"
 #include "json/Documents.h"
+#include "json/ObjectReaders.h"
 
 using namespace brimlet;
 using namespace brimlet::fuzz;

@@ -63,9 +63,8 @@ class ShapeTest(unittest.TestCase):
 
     def test_an_element_takes_the_lines_that_it_needs(self):
         self.assertEqual(generator.element("Gets one.", "summary", 4), "    /// <summary>Gets one.</summary>")
-        lines = generator.element("word " * 24 + '<see cref="Session.GetUser"/>.', 'param name="id"', 0).splitlines()
-        self.assertEqual(len(lines), 2)
-        self.assertEqual(lines[1], '/// <see cref="Session.GetUser"/>.</param>')
+        lines = generator.element(f'{"x" * 80} <see cref="Session.GetUser"/>.', 'param name="id"', 4).splitlines()
+        self.assertEqual(lines, [f'    /// <param name="id">{"x" * 80}', '    /// <see cref="Session.GetUser"/>.</param>'])
 
 
 if __name__ == "__main__":

@@ -110,6 +110,39 @@ class ModelTest(unittest.TestCase):
         for name, value in values.items():
             self.assertEqual(bool(value.cause and value.cure), name != "BRIMLET_DONE", name)
 
+    def test_outcomes_are_the_results_without_the_out_parameters(self):
+        samples = {
+            ("getUser", "BRIMLET_DONE"): "the value is the user",
+            ("getUser", "BRIMLET_REFUSED"): None,
+            ("updateUser", "BRIMLET_REFUSED"): "`json` is not a JSON object",
+            ("getUsersWithParams", "BRIMLET_REFUSED"): "`key` is not a key to search by",
+            ("addEvents", "BRIMLET_REFUSED"): '`json` is not a JSON object, or its "items" is empty',
+            ("removeAffectFlag", "BRIMLET_DONE"): "the flag is cleared, and the value is the event as stored",
+            ("getSiteNameAndAddress", "BRIMLET_DONE"): "`name` and `address` are the texts, each absent if the site "
+                                                       "has none",
+            ("getSiteNameAndAddress", "BRIMLET_REFUSED"): None,
+        }
+        for (name, result), condition in samples.items():
+            outcomes = {outcome.name: outcome.condition for outcome in self.api.function(name).outcomes}
+            self.assertEqual(outcomes.get(result), condition, name)
+        self.assertEqual([outcome for function in self.api.functions for outcome in function.outcomes
+                          if "`*" in outcome.condition], [])
+
+    def test_meanings_of_fields_have_no_key(self):
+        samples = {
+            ("FlatUser", "login"): "Login name.",
+            ("FlatUser", "phone"): "Telephone number. Exact up to 2^52; from there to 2^63 a neighbouring number may "
+                                   "come back.",
+            ("FlatOrganization", "contact"): "Contact person.",
+            ("FlatEvent", "account"): "Account number of the device. It comes from the stored device.",
+        }
+        for (record, name), meaning in samples.items():
+            self.assertEqual(self.field(record, name).meaning, meaning)
+
+    def test_prefixes_of_values(self):
+        self.assertEqual([enumeration.prefix for enumeration in self.api.enumerations],
+                         ["BRIMLET_", "BRIMLET_LAUNCH_", "BRIMLET_STATE_"])
+
 
 if __name__ == "__main__":
     unittest.main()

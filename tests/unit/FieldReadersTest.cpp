@@ -2,6 +2,7 @@
 // and the order in which the reader of an object reads its fields.
 #include "json/FieldReaders.h"
 #include "json/Documents.h"
+#include "json/ObjectReaders.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -772,32 +773,33 @@ TEST(ObjectReadersReadInOrder, Contract)
 {
     expectSteps(fillContract,
                 {step("id", "7", "\"7\"", &Contract::id), step("number", "\"x\"", "1", &Contract::number),
+                 embedded("contractor_id", "1", "{\"id\":1}", &Contract::contractor),
                  step("c_name", "\"x\"", "1", &Contract::name), step("status", "1", "\"1\"", &Contract::status),
                  step("date", "1", "\"1\"", &Contract::date), step("description", "\"x\"", "1", &Contract::description),
                  step("extra", "\"x\"", "1", &Contract::extra),
-                 embedded("contractor_id", "1", "{\"id\":1}", &Contract::contractor),
                  embedded("operator_id", "1", "{\"id\":1}", &Contract::user)});
 }
 
 TEST(ObjectReadersReadInOrder, Zone)
 {
-    expectSteps(fillZone, {step("id", "7", "\"7\"", &Zone::id), step("name", "\"x\"", "1", &Zone::name),
-                           step("detector", "1", "\"1\"", &Zone::detector), step("physic", "1", "\"1\"", &Zone::physic),
-                           step("schedule_id", "1", "\"1\"", &Zone::scheduleId),
-                           step("tracert", "1", "\"1\"", &Zone::tracert), step("flags", "1", "\"1\"", &Zone::flags),
-                           step("delay", "1", "\"1\"", &Zone::delay), step("form", "1", "\"1\"", &Zone::form),
-                           step("uid_type", "1", "\"1\"", &Zone::uidType), step("arm", "1", "\"1\"", &Zone::arm)});
+    expectSteps(fillZone,
+                {step("id", "7", "\"7\"", &Zone::id), step("name", "\"x\"", "1", &Zone::name),
+                 step("detector", "1", "\"1\"", &Zone::detector), step("physic", "1", "\"1\"", &Zone::physic),
+                 step("form", "1", "\"1\"", &Zone::form), step("flags", "1", "\"1\"", &Zone::flags),
+                 step("delay", "1", "\"1\"", &Zone::delay), step("schedule_id", "1", "\"1\"", &Zone::scheduleId),
+                 step("tracert", "1", "\"1\"", &Zone::tracert), step("uid_type", "1", "\"1\"", &Zone::uidType),
+                 step("arm", "1", "\"1\"", &Zone::arm)});
 }
 
 TEST(ObjectReadersReadInOrder, Section)
 {
     expectSteps(fillSection,
                 {step("id", "7", "\"7\"", &Section::id), step("name", "\"x\"", "1", &Section::name),
-                 step("detector", "1", "\"1\"", &Section::detector), step("physic", "1", "\"1\"", &Section::physic),
                  step("schedule_id", "1", "\"1\"", &Section::scheduleId),
                  step("tracert", "1", "\"1\"", &Section::tracert), step("flags", "1", "\"1\"", &Section::flags),
-                 step("delay", "1", "\"1\"", &Section::delay), step("form", "1", "\"1\"", &Section::form),
-                 step("uid_type", "1", "\"1\"", &Section::uidType), step("arm", "1", "\"1\"", &Section::arm),
+                 step("detector", "1", "\"1\"", &Section::detector), step("arm", "1", "\"1\"", &Section::arm),
+                 step("physic", "1", "\"1\"", &Section::physic), step("form", "1", "\"1\"", &Section::form),
+                 step("delay", "1", "\"1\"", &Section::delay), step("uid_type", "1", "\"1\"", &Section::uidType),
                  step("zones", "[{\"id\":1}]", "[1]", &Section::zones)});
 }
 

@@ -2,8 +2,9 @@
 // released, field by field.
 #include "brimlet/brimlet.h"
 
-#include "api/EquipmentFlat.h"
 #include "api/EventFlat.h"
+#include "api/OrganizationFlat.h"
+#include "api/SiteFlat.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -51,23 +52,23 @@ using Places = std::vector<Place>;
 
 // The places that a pair of a form fills.
 template<class Flat, class FlatMember, class Record, class Member>
-void append(Places &places, const CarriedValue<Flat, FlatMember, Record, Member> &field)
+void append(Places &places, const FlatValue<Flat, FlatMember, Record, Member> &field)
 {
     places.push_back(place(field.flatMember));
 }
 template<class Flat, class FlatPart, class Record, class Part>
-void append(Places &places, const CarriedRecord<Flat, FlatPart, Record, Part> &field)
+void append(Places &places, const FlatNested<Flat, FlatPart, Record, Part> &field)
 {
     places.push_back(place(field.flatMember));
 }
 template<class Flat, class FlatPart, class Record, class Part>
-void append(Places &places, const CarriedList<Flat, FlatPart, Record, Part> &field)
+void append(Places &places, const FlatList<Flat, FlatPart, Record, Part> &field)
 {
     places.push_back(place(field.flatMember));
     places.push_back(place(field.flatCount));
 }
 template<class Flat, class Record>
-void append(Places &places, const CarriedNumbers<Flat, Record> &field)
+void append(Places &places, const FlatNumbers<Flat, Record> &field)
 {
     places.push_back(place(field.flatMember));
     places.push_back(place(field.flatCount));
@@ -282,7 +283,7 @@ Record withId(quint32 id)
 
 // Whether a flat record holds nothing but its id.
 template<class Flat, class FlatMember, class Record, class Member>
-bool isEmptyIn(const Flat &flat, const CarriedValue<Flat, FlatMember, Record, Member> &field)
+bool isEmptyIn(const Flat &flat, const FlatValue<Flat, FlatMember, Record, Member> &field)
 {
     if constexpr (std::is_pointer_v<FlatMember>)
         return flat.*field.flatMember == nullptr;
@@ -290,17 +291,17 @@ bool isEmptyIn(const Flat &flat, const CarriedValue<Flat, FlatMember, Record, Me
         return true;
 }
 template<class Flat, class FlatPart, class Record, class Part>
-bool isEmptyIn(const Flat &flat, const CarriedRecord<Flat, FlatPart, Record, Part> &field)
+bool isEmptyIn(const Flat &flat, const FlatNested<Flat, FlatPart, Record, Part> &field)
 {
     return flat.*field.flatMember == nullptr;
 }
 template<class Flat, class FlatPart, class Record, class Part>
-bool isEmptyIn(const Flat &flat, const CarriedList<Flat, FlatPart, Record, Part> &field)
+bool isEmptyIn(const Flat &flat, const FlatList<Flat, FlatPart, Record, Part> &field)
 {
     return flat.*field.flatMember == nullptr && flat.*field.flatCount == 0;
 }
 template<class Flat, class Record>
-bool isEmptyIn(const Flat &flat, const CarriedNumbers<Flat, Record> &field)
+bool isEmptyIn(const Flat &flat, const FlatNumbers<Flat, Record> &field)
 {
     return flat.*field.flatMember == nullptr && flat.*field.flatCount == 0;
 }

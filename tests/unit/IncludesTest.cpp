@@ -7,7 +7,7 @@
 
 namespace {
 
-const QStringList order = {"brimlet", "records", "catalog", "json", "controller", "api"};
+const QStringList order = {"brimlet", "records", "catalog", "json", "controller", "api", "describe"};
 
 // The folders that a file's own includes name.
 QStringList includedFolders(const QString &path)
@@ -15,7 +15,7 @@ QStringList includedFolders(const QString &path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return {QStringLiteral("unreadable")};
-    static const QRegularExpression include(QStringLiteral("^#include \"([^/\"]*)"),
+    static const QRegularExpression include(QStringLiteral("^#include \"([^/\"]*)/"),
                                             QRegularExpression::MultilineOption);
     QStringList folders;
     for (auto matches = include.globalMatch(QString::fromUtf8(file.readAll())); matches.hasNext();)

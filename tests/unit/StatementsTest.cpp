@@ -2065,7 +2065,7 @@ TEST_F(Statements, TheSameBatchIsBoundAnewAndItsSecondListsWin)
               (Texts{"qlonglong 7", "qlonglong 8", "qlonglong 9"}));
 }
 
-TEST_F(Statements, BindingAnewWithoutRunningInBetweenReplacesTheValues)
+TEST_F(Statements, RebindingWithoutRunningInBetweenReplacesTheValues)
 {
     tables.startOperation();
     tables.prepareUserSelectById(query, 7);

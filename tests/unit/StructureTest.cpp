@@ -132,7 +132,7 @@ TEST_F(Structure, EveryResultIsReadForwardOnly)
     EXPECT_EQ(counts.scrollable, 0);
 }
 
-TEST_F(Structure, SubReadsOfOneTextAreBoundAnewAndNotPreparedAnew)
+TEST_F(Structure, ChildQueriesOfOneTextAreReboundAndNotPreparedAgain)
 {
     std::vector<Device> devices;
     ASSERT_TRUE(database->getDevices(devices));

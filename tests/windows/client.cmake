@@ -5,7 +5,7 @@ if(failed)
     message(FATAL_ERROR "the build cannot be installed")
 endif()
 foreach(file IN ITEMS lib/libbrimlet.dll.a lib/brimlet.def include/brimlet/brimlet.h include/brimlet/FlatRecords.h
-    include/brimlet/ResultCodes.h include/brimlet/brimlet.hpp)
+    include/brimlet/ResultCodes.h include/brimlet/brimlet.hpp include/brimlet/brimlet/calls.hpp)
     if(NOT EXISTS ${DIRECTORY}/${file})
         message(FATAL_ERROR "${file} is not installed")
     endif()

@@ -184,7 +184,7 @@ namespace Brimlet
         /// <summary>Address. Key "address_text".</summary>
         public string Address { get; }
 
-        /// <summary>Contact person. Key "contact", an object with the keys of <see cref="Brimlet.Person"/>. An empty
+        /// <summary>Contact person. Key "contact", an object with the keys of <see cref="Brimlet.Person"/>; an empty
         /// object or a value of another type is no contact.</summary>
         public Person Contact { get; }
 
@@ -573,7 +573,7 @@ namespace Brimlet
         /// <summary>Id of the domain. Key "domain".</summary>
         public uint? DomainId { get; }
 
-        /// <summary>Location. Key "location", an object with the keys of <see cref="Brimlet.Location"/>. An empty
+        /// <summary>Location. Key "location", an object with the keys of <see cref="Brimlet.Location"/>; an empty
         /// object or a value of another type is no location.</summary>
         public Location Location { get; }
 

@@ -65,8 +65,8 @@ namespace Brimlet
     /// <summary>The state of the library.</summary>
     public enum State : uint
     {
-        /// <summary>Nothing is launched, or the launch is not finished.</summary>
-        /// <remarks>It is this again after exitCache.</remarks>
+        /// <summary>Not launched.</summary>
+        /// <remarks>Nothing is launched, the launch is not finished, or exitCache has run.</remarks>
         None = 0,
 
         /// <summary>The launch is finished, and the event loop is about to start.</summary>
