@@ -30,7 +30,7 @@ namespace Brimlet
         public string Kept { get; }
     }
 
-    /// <summary>What getSiteNameAndAddress gives.</summary>
+    /// <summary>The name and the address of a site.</summary>
     public sealed class SiteLabel
     {
         internal SiteLabel(string name, string address)
@@ -46,23 +46,20 @@ namespace Brimlet
         public string Address { get; }
     }
 
-    /// <summary>
-    /// The library, from its launch to its exit. One at a time in a process; several threads may use it at once, its
-    /// calls wait for each other.
-    ///
-    /// Every function of brimlet.h that needs a launched library is a method of the same name with a capital. If the
-    /// store holds nothing that fits, a read of one record returns null, and a list is empty. Every other result code
-    /// but Done is a BrimletException, and a call after Dispose an ObjectDisposedException.
-    ///
-    /// The texts named json are JSON objects whose member "D" is the payload. A batch is {"D":{"items":[{...},{...}]}},
-    /// a document of one record {"D":{...}}, an id-only document {"D":{"op_id":7}} with the keys that the method names.
-    /// The properties of the records name the other keys. A flag is 1 or 0; true is stored as 0. Adding replaces a
-    /// stored record as a whole, updating keeps what the document leaves out.
-    ///
-    /// The library keeps its file in the working directory at launch, so a session makes its directory the working
-    /// directory of the whole process while it launches, and goes back as soon as the library runs. Other threads
-    /// should not depend on the working directory meanwhile.
-    /// </summary>
+    /// <summary>The library, from its launch to its exit. One at a time in a process; several threads may use it at
+    /// once, its calls wait for each other.</summary>
+    /// <remarks>
+    /// <para>Every function of brimlet.h that needs a launched library is a method of the same name with a capital. If
+    /// the store holds nothing that fits, a read of one record returns null, and a list is empty. Every other result
+    /// code but Done is a BrimletException, and a call after Dispose an ObjectDisposedException.</para>
+    /// <para>The texts named json are JSON objects whose member "D" is the payload. A batch is
+    /// {"D":{"items":[{...},{...}]}}, a document of one record {"D":{...}}, an id-only document {"D":{"op_id":7}} with
+    /// the keys that the method names. The properties of the records name the other keys. A flag is 1 or 0; true is
+    /// stored as 0. Adding replaces a stored record as a whole, updating keeps what the document leaves out.</para>
+    /// <para>The library keeps its file in the working directory at launch, so a session makes its directory the
+    /// working directory of the whole process while it launches, and goes back as soon as the library runs. Other
+    /// threads should not depend on the working directory meanwhile.</para>
+    /// </remarks>
     public sealed unsafe partial class Session : IDisposable
     {
         private static readonly TimeSpan defaultTimeout = TimeSpan.FromSeconds(10);
@@ -71,14 +68,11 @@ namespace Brimlet
         private readonly FileKeeper keeper;
         private bool isDisposed;
 
-        /// <summary>
-        /// Launches the library on a thread of its own and waits until it runs.
-        ///
-        /// A file that fails its checks is replaced at launch by one that cannot be used. So a session recovers unless
-        /// it is told not to: it exits, removes that file and its journal, and launches again. Both results stand in
-        /// Report. What was replaced is kept in the directory as CacheDb.damaged- with the time, and with the -journal
-        /// and -wal that it had.
-        /// </summary>
+        /// <summary>Launches the library on a thread of its own and waits until it runs.</summary>
+        /// <remarks>A file that fails its checks is replaced at launch by one that cannot be used. So a session
+        /// recovers unless it is told not to: it exits, removes that file and its journal, and launches again. Both
+        /// results stand in <see cref="Report"/>. What was replaced is kept in the directory as CacheDb.damaged- with
+        /// the time, and with the -journal and -wal that it had.</remarks>
         /// <param name="directory">Where the file is. It has to exist.</param>
         /// <param name="timeout">How long each launch may take: 10 seconds where nothing is said, without end for
         /// Timeout.InfiniteTimeSpan.</param>
@@ -123,10 +117,10 @@ namespace Brimlet
         /// <summary>Whether the store can be read and written.</summary>
         public bool IsUsable => Report.Last.IsUsable();
 
-        /// <summary>What getState answers; it may be asked at any time.</summary>
+        /// <summary>The state of the library, at any time.</summary>
         public State State => Native.getState();
 
-        /// <summary>What getLaunchCacheResult answers; it may be asked at any time.</summary>
+        /// <summary>The result of the launch, at any time.</summary>
         public LaunchResult LaunchResult => Native.getLaunchCacheResult();
 
         /// <summary>Exits, after a call that another thread is in, and waits for the launch thread. A session that

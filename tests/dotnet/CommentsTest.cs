@@ -39,8 +39,8 @@ internal static class CommentsTest
             .Cast<XmlElement>().Select(see => see.GetAttribute("cref").Split('.').Last().ToUpperInvariant())));
     }
 
-    // Whether a result of the function is an exception of the method. A session passes pointers to null, and returns null
-    // or an empty list if there is nothing to read.
+    // Whether a result of the function is an exception of the method. A session passes pointers to null, and returns
+    // null or an empty list if there is nothing to read.
     private static bool IsThrown(string name, string code, string condition)
     {
         switch (code)

@@ -64,7 +64,8 @@ class ShapeTest(unittest.TestCase):
     def test_an_element_takes_the_lines_that_it_needs(self):
         self.assertEqual(generator.element("Gets one.", "summary", 4), "    /// <summary>Gets one.</summary>")
         lines = generator.element(f'{"x" * 80} <see cref="Session.GetUser"/>.', 'param name="id"', 4).splitlines()
-        self.assertEqual(lines, [f'    /// <param name="id">{"x" * 80}', '    /// <see cref="Session.GetUser"/>.</param>'])
+        self.assertEqual(lines, [f'    /// <param name="id">{"x" * 80}',
+                                 '    /// <see cref="Session.GetUser"/>.</param>'])
 
 
 if __name__ == "__main__":
