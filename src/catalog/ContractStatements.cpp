@@ -19,6 +19,15 @@ void TableCatalog::prepareContractUpsert(QSqlQuery &query, const Contract &contr
     prepareUpsert(query, contracts.table, presentColumns(contracts, contract, ContractFields::tableOrder));
 }
 
+// SELECT ContractsId,ContractsNumber,ContractsName,ContractsStatus,ContractsDate,ContractsDescription,ContractsExtra,
+//     ContractorsId,ContractorsInn,ContractorsType,ContractorsOfficialName,ContractorsName,ContractorsExtra,
+//     ContractorsOrgId,UsersId,UsersName,UsersLogin,UsersContacts,UsersIsActive,UsersDomainId,UsersRoles,UsersPhone,
+//     UsersOrgId,DomainsId,DomainsName,DomainsOrgId,LocalesId,LocalesIso,LocalesDescription
+// FROM Contracts
+// LEFT JOIN Contractors ON ContractsContractorId = ContractorsId
+// LEFT JOIN Users ON ContractsUserId = UsersId
+// LEFT JOIN Domains ON UsersDomainId = DomainsId
+// LEFT JOIN Locales ON DomainsLocaleId = LocalesId
 QString TableCatalog::contractsSelect() const
 {
     return selectText(contractColumns(), contracts.table) + contractJoins();

@@ -14,6 +14,11 @@ void TableCatalog::prepareDevicesInsert(QSqlQuery &query, const std::vector<Devi
     bindBatch(query, records, DeviceFields::tableOrder);
 }
 
+// SELECT DevicesId,DevicesAccount,DevicesConfigVersion,DevicesIsParted,DevicesClusterId,DevicesDomainId,DomainsId,
+//     DomainsName,DomainsOrgId,LocalesId,LocalesIso,LocalesDescription
+// FROM Devices
+// LEFT JOIN Domains ON DevicesDomainId = DomainsId
+// LEFT JOIN Locales ON DomainsLocaleId = LocalesId
 QString TableCatalog::devicesSelect() const
 {
     return selectText(columnsOf(devices, DeviceFields::recordOrder) + domainColumns(), devices.table)

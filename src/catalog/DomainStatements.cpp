@@ -19,6 +19,9 @@ void TableCatalog::prepareDomainUpsert(QSqlQuery &query, const Domain &domain) c
     prepareUpsert(query, domains.table, presentColumns(domains, domain, DomainFields::tableOrder));
 }
 
+// SELECT DomainsId,DomainsName,DomainsOrgId,LocalesId,LocalesIso,LocalesDescription
+// FROM Domains
+// LEFT JOIN Locales ON DomainsLocaleId = LocalesId
 QString TableCatalog::domainsSelect() const
 {
     return selectText(domainColumns(), domains.table)

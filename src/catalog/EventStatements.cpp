@@ -22,6 +22,16 @@ void TableCatalog::prepareEventsInsert(QSqlQuery &query, const std::vector<Event
 
 // The select of every read of events. An event of an unknown device is found by its id only, so the caller chooses the
 // join with the devices.
+//
+// SELECT EventsId,EventsTime,EventsDeviceId,EventsSectionId,EventsZoneId,EventsActive,EventsClass,EventsDetector,
+//     EventsReason,EventsLocalTime,EventsChannel,EventsData,EventsReviewId,EventsReviewState,EventsUserId,
+//     EventsIsClosed,EventsAffect,EventsJData,DevicesAccount,SectionsName,ZonesName,DomainsName
+// FROM Events
+// INNER JOIN Devices ON EventsDeviceId = DevicesId
+// LEFT JOIN Sections ON EventsDeviceId = SectionsDeviceId AND EventsSectionId = SectionsSectionId
+// LEFT JOIN Zones ON EventsDeviceId = ZonesDeviceId AND EventsSectionId = ZonesSectionId AND EventsZoneId = ZonesZoneId
+// LEFT JOIN Users ON EventsUserId = UsersId
+// LEFT JOIN Domains ON UsersDomainId = DomainsId
 QString TableCatalog::prepareEventsSelect(bool innerDevices) const
 {
     return selectText(

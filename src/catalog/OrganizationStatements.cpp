@@ -20,6 +20,12 @@ void TableCatalog::prepareOrganizationUpsert(QSqlQuery &query, const Organizatio
                   presentColumns(organizations, organization, OrganizationFields::recordOrder));
 }
 
+// SELECT OrganizationsId,OrganizationsInn,OrganizationsOfficialName,OrganizationsShortName,OrganizationsKpp,
+//     OrganizationsOgrn,OrganizationsAddress,LocalesId,LocalesIso,LocalesDescription,PersonsId,PersonsName,
+//     PersonsPhone,PersonsEmail,PersonsPostal
+// FROM Organizations
+// LEFT JOIN Locales ON OrganizationsLocaleId = LocalesId
+// LEFT JOIN Persons ON OrganizationsContactId = PersonsId
 QString TableCatalog::organizationsSelect() const
 {
     return selectText(columnsOf(organizations, OrganizationFields::selectOrder)

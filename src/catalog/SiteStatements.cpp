@@ -20,6 +20,21 @@ void TableCatalog::prepareSiteUpsert(QSqlQuery &query, const Site &site) const
 }
 
 // The domain of these joins is that of the contract's user. The site's own is in none of them.
+//
+// SELECT SitesId,SitesName,SitesComment,SitesExtra,SitesIsCrossing,SitesAddress,SitesContractStatus,SitesType,
+//     SitesCategory,SitesArmMode,SitesIsDelegated,SitesDomainId,SitesContractId,SitesIsSitePlanExists,LocationsId,
+//     LocationsLatitude,LocationsLongitude,ContractsId,ContractsNumber,ContractsName,ContractsStatus,ContractsDate,
+//     ContractsDescription,ContractsExtra,ContractorsId,ContractorsInn,ContractorsType,ContractorsOfficialName,
+//     ContractorsName,ContractorsExtra,ContractorsOrgId,UsersId,UsersName,UsersLogin,UsersContacts,UsersIsActive,
+//     UsersDomainId,UsersRoles,UsersPhone,UsersOrgId,DomainsId,DomainsName,DomainsOrgId,LocalesId,LocalesIso,
+//     LocalesDescription
+// FROM Sites
+// LEFT JOIN Locations ON SitesId = LocationsId
+// LEFT JOIN Contracts ON SitesContractId = ContractsId
+// LEFT JOIN Contractors ON ContractsContractorId = ContractorsId
+// LEFT JOIN Users ON ContractsUserId = UsersId
+// LEFT JOIN Domains ON UsersDomainId = DomainsId
+// LEFT JOIN Locales ON DomainsLocaleId = LocalesId
 QString TableCatalog::sitesSelect() const
 {
     return selectText(columnsOf(sites, SiteFields::selectOrder) + columnsOf(locations, LocationFields::tableOrder)

@@ -19,6 +19,11 @@ void TableCatalog::prepareUserUpsert(QSqlQuery &query, const User &user) const
     prepareUpsert(query, users.table, presentColumns(users, user, UserFields::recordOrder));
 }
 
+// SELECT UsersId,UsersName,UsersLogin,UsersContacts,UsersIsActive,UsersDomainId,UsersRoles,UsersPhone,UsersOrgId,
+//     DomainsId,DomainsName,DomainsOrgId,LocalesId,LocalesIso,LocalesDescription
+// FROM Users
+// LEFT JOIN Domains ON UsersDomainId = DomainsId
+// LEFT JOIN Locales ON DomainsLocaleId = LocalesId
 QString TableCatalog::usersSelect() const
 {
     return selectText(userColumns(), users.table) + domainJoin(users.domainId.column);

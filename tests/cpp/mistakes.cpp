@@ -34,6 +34,9 @@ void useSession(brimlet::Session &session)
 #ifdef MISTAKE_COPIED_OWNER
     const auto copy = user;
 #endif
+#ifdef MISTAKE_CALLS_WITHOUT_SESSION
+    brimlet::Calls calls; // nothing is launched
+#endif
 #ifdef MISTAKE_COPIED_SESSION
     brimlet::Session copy = session;
 #endif

@@ -105,6 +105,11 @@ class ShapeTest(unittest.TestCase):
                  "field": "zones", "count": "zonesCount"},
             ]})
 
+    def test_sections_and_zones_have_an_alternative_key_and_no_other_record_has_one(self):
+        self.assertEqual({name: member["alternative"] for name, record in RECORDS.items()
+                          for member in record["members"] if "alternative" in member},
+                         {"Section": "section", "Zone": "zone"})
+
     def test_tables_stand_in_the_order_of_their_creation(self):
         self.assertEqual(list(TABLES), [
             "Users", "Domains", "Organizations", "Locales", "Persons", "Contractors", "Contracts", "Zones", "Sections",

@@ -186,7 +186,8 @@ SOUND = {
     "good": leave,
     "with a hot journal": interrupt,
     "with an empty journal": journal(Path.touch),
-    "with a journal that is over": journal(lambda path: path.write_bytes(bytes(512))),
+    "with a journal that is over": together(
+        journal(lambda path: path.write_bytes(bytes(512))), name_super_journal(victim)),
     "in WAL mode": changed("PRAGMA journal_mode = WAL"),
     "in WAL mode with frames": lambda store: interrupt(store, "journal_mode = WAL", 3),
     "with an empty WAL": lambda store: (store / "CacheDb-wal").touch(),
@@ -522,6 +523,14 @@ class WritingTest(HarmlessTest):
                             "call", "--write", "--recover", "addUsers", DOCUMENT)
             self.assertEqual(other.communicate("\n", 60), ("", ""))
 
+    def test_a_store_that_is_damaged_after_the_check_is_kept_and_not_begun_anew(self):
+        store = self.make()
+        with mock.patch("brimlet.command.require_idle", lambda file: file.write_bytes(b"nonsense" * 1000)):
+            done = self.run_on(store, "call", "--write", "--create", "--recover", "addUsers", DOCUMENT)
+        self.assertEqual(done.returncode, 6)
+        self.assertIn(f"the launch on {store / 'CacheDb'} returned 103", done.stderr)
+        self.assertEqual([file.read_bytes() for file in store.glob("*.damaged-*")], [b"nonsense" * 1000])
+
     def test_free_functions_and_the_list_need_no_file(self):
         store = self.make(fifo)
         self.leaves_all(store, 10, "freeUser: 10", "call", "freeUser")
@@ -565,6 +574,7 @@ class TerminalTest(HarmlessTest):
         self.shows_no_control(2, "call", "get" + CONTROLS, **look)
         self.shows_no_control(2, "call", "getUser", CONTROLS, **look)
         self.shows_no_control(2, "show", CONTROLS, "7", **look)
+        self.shows_no_control(2, "functions", CONTROLS, **look)
         self.shows_no_control(2, "load", "--write", str(store), **look)
         self.shows_no_control(1, "load", "--write", CONTROLS, **look)
         self.shows_no_control(6, "inspect", store=store / CONTROLS)

@@ -2,6 +2,7 @@
 
 import sqlite3
 import threading
+from collections import Counter
 from contextlib import contextmanager
 from dataclasses import dataclass
 from typing import Any, Dict, Iterator, List, Optional, Tuple
@@ -175,11 +176,11 @@ class _Table:
 
 def _tables(reader: _Reader) -> Dict[str, _Table]:
     """The ordinary tables: not virtual, and with a name that no view has as well in a forged schema."""
-    names = reader.rows(
-        "SELECT name FROM sqlite_master WHERE type <> 'trigger' GROUP BY name COLLATE NOCASE "
-        "HAVING count(*) = 1 AND type = 'table' AND sql LIKE 'CREATE TABLE %' ORDER BY rowid"
-    )
-    return {name: _table(reader, name) for name, in names}
+    rows = list(reader.rows(
+        "SELECT name, type = 'table' AND sql LIKE 'CREATE TABLE %' FROM sqlite_master WHERE type <> 'trigger'"
+    ))
+    bearers = Counter(name.lower() for name, _ in rows)
+    return {name: _table(reader, name) for name, is_table in rows if is_table and bearers[name.lower()] == 1}
 
 
 def _table(reader: _Reader, name: str) -> _Table:
