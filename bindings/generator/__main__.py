@@ -5,6 +5,8 @@ usage: python3 -m generator DESCRIBE [--check]     DESCRIBE is the program that 
 
 import argparse
 import difflib
+import functools
+import html
 import json
 import keyword
 import re
@@ -22,6 +24,11 @@ OUTPUTS = {
     "bindings/cpp/brimlet/calls.hpp": "calls.hpp",
     "bindings/cpp/brimlet/codes.hpp": "codes.hpp",
     "bindings/cpp/brimlet/records.hpp": "records.hpp",
+    "bindings/dotnet/Generated/FlatRecords.cs": "FlatRecords.cs",
+    "bindings/dotnet/Generated/Native.cs": "Native.cs",
+    "bindings/dotnet/Generated/Records.cs": "Records.cs",
+    "bindings/dotnet/Generated/ResultCodes.cs": "ResultCodes.cs",
+    "bindings/dotnet/Generated/SessionCalls.cs": "SessionCalls.cs",
     "bindings/python/brimlet/codes.py": "codes.py.jinja",
     "bindings/python/brimlet/functions.py": "functions.py.jinja",
     "bindings/python/brimlet/records.py": "records.py.jinja",
@@ -42,8 +49,9 @@ def render(describe: str) -> Dict[Path, str]:
         loader=jinja2.FileSystemLoader(Path(__file__).parent / "templates"), undefined=jinja2.StrictUndefined,
         trim_blocks=True, lstrip_blocks=True, keep_trailing_newline=True,
     )
-    environment.filters.update(wrap=wrap, layout=layout, camel=camel, phrase=phrase, view=view, member=member)
-    environment.filters.update(python=python, identifier=identifier)
+    environment.filters.update(wrap=wrap, layout=layout, camel=camel, phrase=phrase, view=view, member=member,
+                               python=python, identifier=identifier, pascal=pascal, verbatim=verbatim, fold=fold,
+                               element=element, xml=functools.partial(xml, references(api)))
     return {model.ROOT / path: environment.get_template(template).render(api=api, lists=lists, model=model)
             for path, template in OUTPUTS.items()}
 
@@ -60,6 +68,7 @@ def main() -> None:
             name = str(path.relative_to(model.ROOT))
             differences += "".join(difflib.unified_diff(old.splitlines(True), text.splitlines(True), name, name))
         elif text != old:
+            path.parent.mkdir(exist_ok=True)
             path.write_text(text, encoding="utf-8")
     if differences:
         sys.exit(f"{differences}\nThese files are not up to date: run scripts/generate and commit what it writes.")
@@ -135,6 +144,51 @@ def python(words: str) -> str:
 def identifier(name: str) -> str:
     """A name that is no keyword of Python."""
     return name + "_" if keyword.iskeyword(name) else name
+
+
+# ---- C# ----
+
+
+def pascal(name: str) -> str:
+    """The name of a public member: GetUser for getUser."""
+    return name[0].upper() + name[1:]
+
+
+def verbatim(name: str) -> str:
+    """The name of a parameter, marked if it is a keyword."""
+    return f"@{name}" if name == "event" else name
+
+
+def fold(statement: str, width: int = 120) -> str:
+    """A line of code, broken behind the parameters of a lambda and behind commas if it is too long."""
+    if len(statement) <= width:
+        return statement
+    indent = " " * (len(statement) - len(statement.lstrip()) + 4)
+    head, arrow, body = statement.partition(") => ")
+    if arrow:
+        return f"{head}) =>\n{fold(indent + body, width)}"
+    kept = statement.replace(" ", "\0").replace(",\0", ", ")
+    return textwrap.fill(kept, width, subsequent_indent=indent, break_long_words=False).replace("\0", " ")
+
+
+def element(text: str, tag: str, indent: int) -> str:
+    """An element of a documentation comment, in as many lines as it takes."""
+    kept = re.sub("<[^>]*>", lambda mark: mark[0].replace(" ", "\0"), f"<{tag}>{text}</{tag.split()[0]}>")
+    return wrap(kept, " " * indent + "/// ").replace("\0", " ")
+
+
+def xml(references: Dict[str, str], text: str) -> str:
+    """A text of the headers in a documentation comment, with references to what C# has for the names in it."""
+    text = re.sub(r"`(\w+)`", r'<paramref name="\1"/>', html.escape(text, quote=False))
+    return re.sub(r"\b\w+\b", lambda name: f'<see cref="{references[name[0]]}"/>' if name[0] in references else name[0],
+                  text)
+
+
+def references(api: model.Api) -> Dict[str, str]:
+    """What C# has for the names of the headers. Records are qualified, because some properties have their names."""
+    records = {record.name: record.name.replace("Flat", "Brimlet.", 1) for record in api.records}
+    return {**records, **{function.name: f"Session.{pascal(function.name)}" for function in api.functions
+                          if function.role is model.Role.CALL}}
 
 
 if __name__ == "__main__":
