@@ -238,8 +238,8 @@ std::vector<Workload> comparedWorkloads()
         addEventsTo("addEvents of 1,000", 0, 1000, journal),
         addEventsTo("addEvents of 20,000", 0, 20000, journal),
         addEventTo("addEvent", 0, journal),
-        getEventsOf("getEvents giving 1,000", 0, 1000, 100000),
-        getEventsOf("getEvents giving 100,000", 0, 100000, 100000),
+        getEventsOf("getEvents returning 1,000", 0, 1000, 100000),
+        getEventsOf("getEvents returning 100,000", 0, 100000, 100000),
         addDevicesOf("addDevices of 200", 0, fullEquipment),
         getDevicesOf("getDevices of 200", 0, fullEquipment),
         getDeviceOf("getDevice", 0, fullEquipment),
@@ -266,7 +266,7 @@ std::vector<Workload> scaledWorkloads(const Limits &limits)
     for (uint32_t size = 10000; size <= limits.events; size *= 10) {
         workloads.push_back(addEventsTo("addEvents of 1,000", size, 1000, size));
         workloads.push_back(addEventTo("addEvent", size, size));
-        workloads.push_back(getEventsOf("getEvents giving 1,000", size, 1000, size));
+        workloads.push_back(getEventsOf("getEvents returning 1,000", size, 1000, size));
         workloads.push_back(getEventsOf("getEvents, all", size, size, size));
         workloads.push_back(clearEventsOf("clearEventsBeforeDateExceptAffects, half", size, size));
     }

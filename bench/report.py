@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Prints the table of ratios of a benchmark run, and writes docs/performance.md and the drawing that goes with it.
+"""Prints the table of ratios of a benchmark run, and writes docs/performance.md and its chart.
 
 usage: report.py [--docs DIRECTORY] MEMORY.json DISK.json [SCALING.json]
 
@@ -15,12 +15,12 @@ import statistics
 
 HERE = pathlib.Path(__file__).parent
 
-# The most that the library may take of what the other two take, in processor time on a memory file system.
+# The targets: the greatest ratios to the baselines, in processor time on a memory file system.
 TARGETS = {  # workload: (of qt, of floor)
     "addEvents of 1,000": (1.00, 3.2),
     "addEvents of 20,000": (1.00, 3.2),
-    "getEvents giving 1,000": (1.10, 3.3),
-    "getEvents giving 100,000": (1.10, 3.3),
+    "getEvents returning 1,000": (1.10, 3.3),
+    "getEvents returning 100,000": (1.10, 3.3),
     "addDevices of 200": (1.00, 3.6),
     "getDevices of 200": (1.50, 6.0),
     "getDevice": (1.25, None),
@@ -30,18 +30,18 @@ TARGETS = {  # workload: (of qt, of floor)
     "getSites of 5,000": (1.05, 3.0),
     "getSite": (1.25, None),
 }
-# The same for single writes on a disk, by the clock.
+# The same for single writes on a disk, in elapsed time.
 DISK_TARGETS = {
     "addEvent": (1.10, 1.80),
     "updateUser": (1.10, 1.80),
 }
-PEAK_TARGETS = {"getEvents giving 100,000": 1.2}
+PEAK_TARGETS = {"getEvents returning 100,000": 1.2}
 
-GROWTH_LIMIT = 2.3  # of a list operation, for twice the rows
-GROUPS = [  # of the scaling run: title, what the size counts, the operations on lists, those that take a fixed amount
+GROWTH_LIMIT = 2.3  # of an operation on all rows, for twice the rows
+GROUPS = [  # of the scaling run: title, what the size counts, the operations on all rows, those of a fixed amount
     ("Events", "events in the store",
      ["getEvents, all", "clearEventsBeforeDateExceptAffects, half"],
-     ["addEvents of 1,000", "addEvent", "getEvents giving 1,000"]),
+     ["addEvents of 1,000", "addEvent", "getEvents returning 1,000"]),
     ("Devices", "devices",
      ["addDevices, all", "getDevices, all"],
      ["getDevice"]),
@@ -74,7 +74,7 @@ def size_text(kib):
 
 
 def against(value, target):
-    """A ratio with its target beside it, marked where it is missed."""
+    """A ratio with its target, and a mark if it is missed."""
     if target is None:
         return f"{value:.2f}"
     return f"{value:.2f} (≤ {target:.2f})" + ("" if round(value, 2) <= target else " ✗")
@@ -126,12 +126,12 @@ def series(run, workload, name="brimlet"):
 
 
 def doubling(first, second):
-    """By how much the time grows for twice the size, between two points."""
+    """The factor by which the time grows for twice the size, between two points."""
     return (second[1] / first[1]) ** (math.log(2) / math.log(second[0] / first[0]))
 
 
 def list_growth(run):
-    head = ["list operation", "sizes", "brimlet", "x for twice the rows", "floor's"]
+    head = ["operation on all rows", "sizes", "brimlet", "x for twice the rows", "floor's"]
     rows = []
     for _, counted, lists, _ in GROUPS:
         for workload in lists:
@@ -157,7 +157,7 @@ def single_growth(run):
     return head, rows
 
 
-# ---- Drawing ----
+# ---- Chart ----
 
 COLOURS = ["#3b82c4", "#d9822b", "#3a9d5d", "#b65fcf", "#c9483b"]  # readable on white and on black
 GREY = "#8a8a8a"
@@ -181,11 +181,11 @@ class Axis:
         return [10.0 ** i for i in range(self.low, self.high + 1)]
 
 
-def apart(places, least):
-    """The places in rising order, moved so that none stands nearer to another than that."""
+def apart(positions, least):
+    """The positions in ascending order, moved so that any two differ by at least `least`."""
     moved = []
-    for place in sorted(places):
-        moved.append(max(place, moved[-1] + least) if moved else place)
+    for position in sorted(positions):
+        moved.append(max(position, moved[-1] + least) if moved else position)
     return moved
 
 
@@ -244,8 +244,8 @@ def page(memory, disk, scaling):
     on = memory["conditions"]
     parts = [
         "# Performance",
-        "This page is written by `scripts/bench`, which repeats everything on it; `scripts/bench --quick` does it "
-        "with few\nrepetitions and without the scaling run.",
+        "`scripts/bench` runs these benchmarks and writes this page. `scripts/bench --quick` runs them with few "
+        "repetitions,\nwithout the scaling run, and writes nothing.",
         markdown(["measured", ""], [
             ["date", datetime.date.today().isoformat()],
             ["machine", f"{on['processor']}, {on['cores']} cores, {on['system']}, kernel {on['kernel']}"],
@@ -253,13 +253,13 @@ def page(memory, disk, scaling):
         ]).replace("---:", "---"),
         (HERE / "method.md").read_text().strip(),
         "## On a memory file system",
-        "Processor time; in brackets the target, ✗ where it is missed.",
+        "Processor time, with the target in parentheses; ✗ marks a target that is missed.",
         markdown(*ratio_table(memory, "cpu", TARGETS)),
         "## On a disk",
-        "Time by the clock, so that waiting for the disk counts.",
+        "Elapsed time, which includes waiting for the disk.",
         markdown(*ratio_table(disk, "wall", DISK_TARGETS)),
         "## Peak memory",
-        "The growth of a process that does the work once, with the result still in the client's hands.",
+        "The growth of a process that does the work once, measured before it releases the result.",
         markdown(*peak_table(memory)),
     ]
     if scaling:
@@ -268,8 +268,8 @@ def page(memory, disk, scaling):
             "![Processor time of the operations against the size of the store](scaling.svg)",
             "Devices of the scaling run have 4 sections of 4 zones and 2 users of 2 links each.",
             markdown(*list_growth(scaling)),
-            f"For twice the rows the time of a list operation may grow by {GROWTH_LIMIT}, that of the others by no "
-            "more than\nthe logarithm of the size.",
+            f"For twice the rows, the time of an operation on all rows may grow by a factor of {GROWTH_LIMIT}, that of "
+            "the others by no more than\nthe logarithm of the size.",
             markdown(*single_growth(scaling)),
         ]
     parts.append((HERE / "findings.md").read_text().strip())
@@ -283,9 +283,9 @@ def main():
     given = arguments.parse_args()
     memory, disk, *rest = [json.loads(run.read_text()) for run in given.runs]
     scaling = rest[0] if rest else None
-    print("== on a memory file system, processor time (target in brackets)")
+    print("== on a memory file system, processor time (target in parentheses)")
     print(plain(*ratio_table(memory, "cpu", TARGETS)))
-    print("== on a disk, by the clock")
+    print("== on a disk, elapsed time")
     print(plain(*ratio_table(disk, "wall", DISK_TARGETS)))
     print("== peak memory")
     print(plain(*peak_table(memory)))

@@ -1,5 +1,5 @@
-"""The page of the documents against the library: each row of its tables is tried out, and no column, field or function
-is left out."""
+"""Checks docs/documents.md against the library: each row of its tables, and that no column, field or function is
+missing."""
 
 import dataclasses
 import functools
@@ -18,13 +18,13 @@ from generator import model
 from generator.model import Kind
 from pages import code, rows, sections, source
 
-KEY = 1  # of the record that is tried out
-KNOWN = 7  # of a row that every reference finds
-PARENT = 8  # of the device and the section that sections and zones are added to
+KEY = 1  # id of the tested record
+KNOWN = 7  # id of the rows that references point to
+PARENT = 8  # id of the device and the section that sections and zones belong to
 
 
 def one(record):
-    return json.dumps({"D": record})  # a text, since the package would make 1 of true
+    return json.dumps({"D": record})  # a text, because the package would convert true to 1
 
 
 def batch(record):
@@ -33,7 +33,7 @@ def batch(record):
 
 @dataclasses.dataclass
 class Entity:
-    """How the record that is tried out gets in and out, and how it is searched for by a key."""
+    """How a test writes the record, reads it back, and searches for it by a key."""
 
     record: type
     put: object
@@ -59,7 +59,7 @@ ENTITIES = {
                         lambda s, key: s.getContractsWithParams(key, "7")),
     "Devices": Entity(records.Device, lambda s, o: s.addDevice(one(o)), lambda s: s.getDevice(KEY),
                       lambda s, key: s.getDevicesWithParams(key, "7")),
-    # As part of a device, which writes a whole row where updateSection and updateZone merge.
+    # As part of a device, which replaces the whole row, while updateSection and updateZone keep absent members.
     "Sections": Entity(records.Section, lambda s, o: s.addDevice(one({"id": PARENT, "sections": [o]})),
                        lambda s: s.getSection(KEY, PARENT), lambda s, key: s.getSectionsWithParams(key, "7", PARENT),
                        "SectionId"),
@@ -71,23 +71,23 @@ ENTITIES = {
                            lambda s: s.getDevice(KEY).users[0], key="DeviceUserId"),
     "Sites": Entity(records.Site, lambda s, o: s.addSites(batch(o)), lambda s: s.getSite(KEY),
                     lambda s, key: s.getSitesWithParams(key, "7")),
-    # Never empty, which would be none.
+    # Never empty, because an empty object counts as absent.
     "Locations": Entity(records.Location, lambda s, o: s.addSites(batch({"id": KEY, "location": {"unknown": 0, **o}})),
                         lambda s: s.getSite(KEY).location),
-    # No list shows an event without its device, so it is added a second time.
+    # No function lists an event without its device, so read it by adding it again.
     "Events": Entity(records.Event, lambda s, o: setattr(s, "event", s.addEvent(one(o))), lambda s: s.event),
 }
 
-# What updateSection and updateZone want beside the record.
+# The ids of the parents, which updateSection and updateZone require beside the record.
 UPDATES = {"Sections": ("updateSection", {"device": PARENT}),
            "Zones": ("updateZone", {"device": PARENT, "section": PARENT})}
 
-# What an array or an object is tried out with.
+# Sample values of arrays and objects.
 SAMPLES = {"array of zones": [{"id": 5}], "array of sections": [{"id": 5}], "array of devices": [{"id": 5}],
            "array of device users": [{"user_index": 5}], "array of numbers": [5, 6],
            "object, a person": {"id": 5}, "object, a location": {"lat": 5}}
 
-# How the header has the kinds of the page.
+# The kinds of the page in the terms of the header.
 KINDS = {"number": Kind.NUMBER, "whole number": Kind.WHOLE, "byte": Kind.BYTE, "big number": Kind.BIG,
          "flag": Kind.FLAG, "text": Kind.TEXT, "coordinate": Kind.REAL}
 
@@ -103,12 +103,12 @@ class Row:
         self.search = search[0] if search else ""
         self.is_required = self.kind.endswith(", required")
         self.is_parent = self.kind.startswith("id of the ")
-        # The kind whose rule holds. A reference is a number.
+        # The kind whose rule applies. A reference is a number.
         self.rule = "number" if self.kind.startswith("id of a ") else self.kind.split(",")[0]
 
 
 def for_each_row(test):
-    """Makes a test of all rows that have a key."""
+    """Makes a test run for all rows that have a key."""
     @functools.wraps(test)
     def run(self):
         for name, table in self.tables.items():
@@ -150,11 +150,11 @@ class DocumentsTest(unittest.TestCase):
         return [(json.loads(takes), json.loads(becomes)) for takes, becomes in pairs]
 
     def least(self, name):
-        """The object of an entity that holds nothing but what is required."""
+        """The object of an entity with only its required members."""
         return {row.keys[0]: KEY for row in self.tables[name] if row.is_required and not row.is_parent}
 
     def put(self, name, row=None, value=None):
-        """Writes a record that holds one value beside its key, and gives it as it comes back."""
+        """Writes a record with one value beside its id, and returns it as read back."""
         entity = ENTITIES[name]
         entity.put(self.session, {**self.least(name), **({row.keys[0]: value} if row else {})})
         return entity.get(self.session)
@@ -167,7 +167,7 @@ class DocumentsTest(unittest.TestCase):
     # ---- Each row ----
 
     @for_each_row
-    def test_values_become_what_their_kind_says(self, name, row):
+    def test_values_are_converted_as_their_kind_says(self, name, row):
         if row.is_required or row.kind in SAMPLES:
             return
         for value, becomes in self.rules[row.rule][0]:
@@ -180,7 +180,7 @@ class DocumentsTest(unittest.TestCase):
             self.assertEqual((type(shown), shown), (type(becomes), becomes), value)
 
     @for_each_row
-    def test_wrong_types_are_answered_with_5(self, name, row):
+    def test_wrong_types_are_refused_with_5(self, name, row):
         if row.kind in SAMPLES or row.is_parent:
             return
         for value in self.rules[row.rule][1]:
@@ -188,7 +188,7 @@ class DocumentsTest(unittest.TestCase):
                 self.put(name, row, value)
 
     @for_each_row
-    def test_a_value_shows_in_its_fields_and_in_no_other(self, name, row):
+    def test_a_value_sets_its_fields_and_no_other(self, name, row):
         if row.is_required:
             return
         before = self.put(name)
@@ -198,7 +198,7 @@ class DocumentsTest(unittest.TestCase):
         self.assertEqual(changed, set(row.fields))
 
     @for_each_row
-    def test_a_value_lies_in_its_column(self, name, row):
+    def test_a_value_is_stored_in_its_column(self, name, row):
         if row.is_parent or not row.columns:
             return
         self.put(name, row, self.sample(row))
@@ -221,7 +221,7 @@ class DocumentsTest(unittest.TestCase):
         for key in row.keys:
             put(self.session, {key: KEY})
 
-    def test_parents_stand_beside_their_children(self):
+    def test_updates_require_the_ids_of_the_parents(self):
         for name, (function, parents) in UPDATES.items():
             self.assertEqual({row.keys[0] for row in self.tables[name] if row.is_parent}, set(parents))
             document = {**self.least(name), **parents}
@@ -231,7 +231,7 @@ class DocumentsTest(unittest.TestCase):
                     self.session.call(function, {key: value for key, value in document.items() if key != parent})
 
     @for_each_row
-    def test_arrays_and_objects_of_another_type_are_none(self, name, row):
+    def test_arrays_and_objects_of_another_type_are_absent(self, name, row):
         if row.kind not in SAMPLES:
             return
         for value in (5, "x", None, [], {}):
@@ -242,7 +242,7 @@ class DocumentsTest(unittest.TestCase):
                 self.put(name, row, [None])
 
     @for_each_row
-    def test_a_key_can_be_searched_for_where_the_page_says_so(self, name, row):
+    def test_searches_accept_the_keys_that_the_page_marks(self, name, row):
         find = ENTITIES[name].find
         self.assertEqual(bool(row.search), find is not None)
         if row.search == "yes":
@@ -252,15 +252,15 @@ class DocumentsTest(unittest.TestCase):
             with self.assertRaises(brimlet.Refused):
                 find(self.session, row.keys[0])
 
-    # ---- Nothing left out ----
+    # ---- Nothing is missing ----
 
-    def test_every_field_of_every_record_stands_on_the_page(self):
+    def test_the_page_names_every_field_of_every_record(self):
         for name, entity in ENTITIES.items():
             named = {field for row in self.tables[name] for field in row.fields}
             self.assertEqual(named, {field.name for field in dataclasses.fields(entity.record)}, name)
             self.assertIn(f"`Flat{entity.record.__name__}`", self.page[name])
 
-    def test_every_column_of_the_entities_stands_on_the_page(self):
+    def test_the_page_names_every_column_of_the_entities(self):
         for name, table in self.tables.items():
             columns = self.connection.execute(f"PRAGMA table_info({name.title().replace(' ', '')})").fetchall()
             named = {column for row in table for column in row.columns}
@@ -270,8 +270,8 @@ class DocumentsTest(unittest.TestCase):
         self.assertEqual(list(self.page), ["Forms", "Kinds of values", *ENTITIES])
 
     def test_every_function_that_takes_a_document_has_an_example(self):
-        forms = {"a batch": Batch, "one record": OneRecord, "a bare id": Ids, "bare ids": Ids}
-        examples = re.findall(r"^`(\w+)` takes ([\w ]+):\n\n```json \1$", source("docs/documents.md"), re.MULTILINE)
+        forms = {"a batch": Batch, "a document of one record": OneRecord, "an id-only document": Ids}
+        examples = re.findall(r"^`(\w+)` takes ([\w -]+):\n\n```json \1$", source("docs/documents.md"), re.MULTILINE)
         takers = {function.name: type(taken.form) for function in FUNCTIONS.values() for taken in function.takes
                   if isinstance(taken, DocumentInput)}
         self.assertEqual({name: forms[form] for name, form in examples}, takers)

@@ -23,17 +23,17 @@ class ResultCodesTest(unittest.TestCase):
     def test_every_function_stands_once_with_the_codes_that_the_header_lists(self):
         listed = {}
         for title, text in self.page.items():
-            if ", BRIMLET_" in title or title == "Life":
+            if ", BRIMLET_" in title or title == "Lifecycle":
                 continue
             codes = {cells[0] for cells in rows(text)}
             for name in code(text.partition("\n|")[0]):
                 self.assertNotIn(name, listed, title)
                 listed[name] = codes
-        life = {"launchCache", "exitCache", "getState", "getLaunchCacheResult"}
-        self.assertLessEqual(life, set(code(self.page["Life"])))
+        lifecycle = {"launchCache", "exitCache", "getState", "getLaunchCacheResult"}
+        self.assertLessEqual(lifecycle, set(code(self.page["Lifecycle"])))
         numbers = {value.name: str(value.number) for value in self.api.enumeration("BrimletResult").values}
         self.assertEqual(listed, {function.name: {numbers[result.name] for result in function.results}
-                                  for function in self.api.functions if function.name not in life})
+                                  for function in self.api.functions if function.name not in lifecycle})
 
     def test_no_export_is_left_out(self):
         exports = {line for line in source("src/api/exports.txt").split("\n") if line and not line.startswith("#")}

@@ -38,22 +38,22 @@ void waitUntilRunning()
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
-// What the client sees while the ladder runs: the debug lines of a failing version check are written inside it.
-std::vector<Seen> seenInLadder;
+// What the client sees during the launch sequence: the debug lines of a failing version check are written inside it.
+std::vector<Seen> seenDuringLaunch;
 
-void lookFromLadder(QtMsgType type, const QMessageLogContext &, const QString &)
+void lookDuringLaunch(QtMsgType type, const QMessageLogContext &, const QString &)
 {
     if (type == QtDebugMsg)
-        seenInLadder.push_back(look());
+        seenDuringLaunch.push_back(look());
 }
 
-class LadderLook
+class LookDuringLaunch
 {
 public:
-    LadderLook() : before(qInstallMessageHandler(lookFromLadder)) { seenInLadder.clear(); }
-    ~LadderLook() { qInstallMessageHandler(before); }
-    LadderLook(const LadderLook &) = delete;
-    LadderLook &operator=(const LadderLook &) = delete;
+    LookDuringLaunch() : before(qInstallMessageHandler(lookDuringLaunch)) { seenDuringLaunch.clear(); }
+    ~LookDuringLaunch() { qInstallMessageHandler(before); }
+    LookDuringLaunch(const LookDuringLaunch &) = delete;
+    LookDuringLaunch &operator=(const LookDuringLaunch &) = delete;
 
 private:
     QtMessageHandler before;
@@ -211,16 +211,16 @@ TEST_F(Lifecycle, CallsComeFromAnyThreadOneAtATime)
     EXPECT_EQ(name, "a");
 }
 
-TEST_F(Lifecycle, NothingIsPublishedWhileTheLadderRuns)
+TEST_F(Lifecycle, NothingIsPublishedDuringTheLaunchSequence)
 {
     std::ofstream("CacheDb").close();
-    const LadderLook whileLaunching;
+    const LookDuringLaunch whileLaunching;
     {
         Library library;
         EXPECT_EQ(getLaunchCacheResult(), 103u);
     }
-    ASSERT_EQ(seenInLadder.size(), 4u);
-    for (const Seen &seen : seenInLadder) {
+    ASSERT_EQ(seenDuringLaunch.size(), 4u);
+    for (const Seen &seen : seenDuringLaunch) {
         EXPECT_EQ(seen.state, 0u);
         EXPECT_EQ(seen.result, 255u);
     }
@@ -232,13 +232,13 @@ TEST_F(Lifecycle, ARelaunchPublishesNothingOfTheLaunchBefore)
     {
         Library library;
     }
-    const LadderLook whileLaunching;
+    const LookDuringLaunch whileLaunching;
     {
         Library library;
     }
-    ASSERT_FALSE(seenInLadder.empty());
-    EXPECT_EQ(seenInLadder.front().state, 0u);
-    EXPECT_EQ(seenInLadder.front().result, 255u);
+    ASSERT_FALSE(seenDuringLaunch.empty());
+    EXPECT_EQ(seenDuringLaunch.front().state, 0u);
+    EXPECT_EQ(seenDuringLaunch.front().result, 255u);
 }
 
 TEST_F(Lifecycle, AFailedLaunchReachesState2AndExits)

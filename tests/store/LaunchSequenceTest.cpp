@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class LaunchLadder : public ::testing::Test
+class LaunchSequence : public ::testing::Test
 {
 protected:
     // Launches, exits and forgets the lines: a file that passes all checks.
@@ -237,13 +237,13 @@ void expectEach(const std::vector<Call> &calls, uint32_t code)
 
 // ---- No file ----
 
-TEST_F(LaunchLadder, AFreshDirectoryGives100WithoutALine)
+TEST_F(LaunchSequence, AFreshDirectoryGives100WithoutALine)
 {
     EXPECT_EQ(launch(), 100u);
     EXPECT_EQ(lines.all(), Lines());
 }
 
-TEST_F(LaunchLadder, AFreshFileHoldsTheVersion)
+TEST_F(LaunchSequence, AFreshFileHoldsTheVersion)
 {
     makeValidFile();
     EXPECT_EQ(file.rows("SELECT * FROM Version"), (std::vector<Row>{{"0", "0.1"}}));
@@ -251,21 +251,21 @@ TEST_F(LaunchLadder, AFreshFileHoldsTheVersion)
     EXPECT_EQ(file.value("SELECT typeof(VersionNumber) FROM Version"), "text");
 }
 
-TEST_F(LaunchLadder, AFreshFileHoldsNoOtherRow)
+TEST_F(LaunchSequence, AFreshFileHoldsNoOtherRow)
 {
     makeValidFile();
     for (const Row &table : file.rows("SELECT name FROM sqlite_master WHERE type = 'table' AND name <> 'Version'"))
         EXPECT_EQ(file.number("SELECT count(*) FROM " + table[0].value()), 0) << table[0].value();
 }
 
-TEST_F(LaunchLadder, AFreshFileHoldsNoIndexButThePrimaryKeys)
+TEST_F(LaunchSequence, AFreshFileHoldsNoIndexButThePrimaryKeys)
 {
     makeValidFile();
     EXPECT_EQ(file.number("SELECT count(*) FROM sqlite_master WHERE type <> 'table' AND sql IS NOT NULL"), 0);
     EXPECT_EQ(file.number("SELECT count(*) FROM sqlite_master WHERE type <> 'table' AND type <> 'index'"), 0);
 }
 
-TEST_F(LaunchLadder, AFreshFileHoldsTheseTablesInThisOrder)
+TEST_F(LaunchSequence, AFreshFileHoldsTheseTablesInThisOrder)
 {
     makeValidFile();
     EXPECT_EQ(
@@ -343,7 +343,7 @@ TEST_F(LaunchLadder, AFreshFileHoldsTheseTablesInThisOrder)
         }));
 }
 
-TEST_F(LaunchLadder, CreationIsOneTransaction)
+TEST_F(LaunchSequence, CreationIsOneTransaction)
 {
     const Watch watch;
     EXPECT_EQ(launch(), 100u);
@@ -370,7 +370,7 @@ void PrintTo(const CreationStep &step, std::ostream *out)
     *out << step.line;
 }
 
-class Creation : public LaunchLadder, public ::testing::WithParamInterface<CreationStep>
+class Creation : public LaunchSequence, public ::testing::WithParamInterface<CreationStep>
 {
 };
 
@@ -392,7 +392,7 @@ TEST_P(Creation, AFailedStepUndoesAllBefore)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    LaunchLadder, Creation,
+    LaunchSequence, Creation,
     ::testing::Values(
         CreationStep{"Users", {SQLITE_CREATE_TABLE, "Users"}, "create table users error"},
         CreationStep{"Domains", {SQLITE_CREATE_TABLE, "Domains"}, "create table domains error"},
@@ -418,14 +418,14 @@ INSTANTIATE_TEST_SUITE_P(
 
 // ---- A valid file ----
 
-TEST_F(LaunchLadder, AValidFileGives0WithoutALine)
+TEST_F(LaunchSequence, AValidFileGives0WithoutALine)
 {
     makeValidFile();
     EXPECT_EQ(launch(), 0u);
     EXPECT_EQ(lines.all(), Lines());
 }
 
-TEST_F(LaunchLadder, AValidFileKeepsItsDataThroughLaunches)
+TEST_F(LaunchSequence, AValidFileKeepsItsDataThroughLaunches)
 {
     {
         Library library;
@@ -438,7 +438,7 @@ TEST_F(LaunchLadder, AValidFileKeepsItsDataThroughLaunches)
     EXPECT_EQ(file.rows("SELECT * FROM Session"), (std::vector<Row>{{"0", "10.0.0.1"}}));
 }
 
-TEST_F(LaunchLadder, AValidFileMayHoldMore)
+TEST_F(LaunchSequence, AValidFileMayHoldMore)
 {
     makeValidFile();
     file.execute("CREATE TABLE Notes (Text); ALTER TABLE Users ADD COLUMN UsersNote;"
@@ -447,7 +447,7 @@ TEST_F(LaunchLadder, AValidFileMayHoldMore)
     EXPECT_EQ(file.number("SELECT count(*) FROM Notes"), 0);
 }
 
-TEST_F(LaunchLadder, ALinkToAValidFileIsFollowed)
+TEST_F(LaunchSequence, ALinkToAValidFileIsFollowed)
 {
     makeValidFile();
     fs::rename("CacheDb", "Elsewhere");
@@ -457,7 +457,7 @@ TEST_F(LaunchLadder, ALinkToAValidFileIsFollowed)
     EXPECT_TRUE(fs::is_symlink("CacheDb"));
 }
 
-TEST_F(LaunchLadder, TheProbesRunInThisOrderInOneTransaction)
+TEST_F(LaunchSequence, TheProbesRunInThisOrderInOneTransaction)
 {
     makeValidFile();
     const Watch watch;
@@ -491,7 +491,7 @@ TEST_F(LaunchLadder, TheProbesRunInThisOrderInOneTransaction)
 
 // ---- The version fails: 103 ----
 
-class OtherVersion : public LaunchLadder, public ::testing::WithParamInterface<std::string>
+class OtherVersion : public LaunchSequence, public ::testing::WithParamInterface<std::string>
 {
 };
 
@@ -504,11 +504,11 @@ TEST_P(OtherVersion, IsReplacedWithoutALine)
     EXPECT_EQ(objects(), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(LaunchLadder, OtherVersion,
+INSTANTIATE_TEST_SUITE_P(LaunchSequence, OtherVersion,
                          ::testing::Values("0.2", "0.10", "0.1.0", "00.1", ".1", "0,1", "1", "", " 0.1", "0.1 ",
                                            "v0.1"));
 
-TEST_F(LaunchLadder, ANullVersionGives103WithoutALine)
+TEST_F(LaunchSequence, ANullVersionGives103WithoutALine)
 {
     makeValidFile();
     file.execute("UPDATE Version SET VersionNumber = NULL");
@@ -516,7 +516,7 @@ TEST_F(LaunchLadder, ANullVersionGives103WithoutALine)
     EXPECT_EQ(lines.all(), Lines());
 }
 
-TEST_F(LaunchLadder, AMissingVersionRowGives103WithoutALine)
+TEST_F(LaunchSequence, AMissingVersionRowGives103WithoutALine)
 {
     makeValidFile();
     file.execute("DELETE FROM Version");
@@ -525,7 +525,7 @@ TEST_F(LaunchLadder, AMissingVersionRowGives103WithoutALine)
     EXPECT_EQ(objects(), 0);
 }
 
-TEST_F(LaunchLadder, TheVersionStandsInRow0)
+TEST_F(LaunchSequence, TheVersionStandsInRow0)
 {
     makeValidFile();
     file.execute("UPDATE Version SET VersionId = 1");
@@ -533,7 +533,7 @@ TEST_F(LaunchLadder, TheVersionStandsInRow0)
     EXPECT_EQ(lines.all(), Lines());
 }
 
-TEST_F(LaunchLadder, AMissingVersionTableGives103AndFourLines)
+TEST_F(LaunchSequence, AMissingVersionTableGives103AndFourLines)
 {
     makeValidFile();
     file.execute("DROP TABLE Version");
@@ -542,7 +542,7 @@ TEST_F(LaunchLadder, AMissingVersionTableGives103AndFourLines)
     EXPECT_EQ(objects(), 0);
 }
 
-TEST_F(LaunchLadder, AMissingVersionColumnGives103AndFourLines)
+TEST_F(LaunchSequence, AMissingVersionColumnGives103AndFourLines)
 {
     for (const std::string column : {"VersionId", "VersionNumber"}) {
         fs::remove("CacheDb");
@@ -553,7 +553,7 @@ TEST_F(LaunchLadder, AMissingVersionColumnGives103AndFourLines)
     }
 }
 
-TEST_F(LaunchLadder, TheVersionIsCheckedBeforeTheSchema)
+TEST_F(LaunchSequence, TheVersionIsCheckedBeforeTheSchema)
 {
     makeValidFile();
     file.execute("DROP TABLE Users; UPDATE Version SET VersionNumber = '0.2'");
@@ -561,7 +561,7 @@ TEST_F(LaunchLadder, TheVersionIsCheckedBeforeTheSchema)
     EXPECT_EQ(lines.all(), Lines());
 }
 
-TEST_F(LaunchLadder, AFailedVersionCheckRollsBackWithoutATransaction)
+TEST_F(LaunchSequence, AFailedVersionCheckRollsBackWithoutATransaction)
 {
     writeFile("CacheDb", "");
     const Watch watch;
@@ -571,7 +571,7 @@ TEST_F(LaunchLadder, AFailedVersionCheckRollsBackWithoutATransaction)
     EXPECT_EQ(statements, (std::vector<std::string>{"ROLLBACK"}));
 }
 
-TEST_F(LaunchLadder, AWrongVersionIsNoFailureOfTheCheck)
+TEST_F(LaunchSequence, AWrongVersionIsNoFailureOfTheCheck)
 {
     makeValidFile();
     file.execute("DELETE FROM Version");
@@ -582,7 +582,7 @@ TEST_F(LaunchLadder, AWrongVersionIsNoFailureOfTheCheck)
     EXPECT_EQ(statements, (std::vector<std::string>{"SELECT VersionNumber FROM Version WHERE VersionId = 0"}));
 }
 
-TEST_F(LaunchLadder, AnEmptyFileGives103AndFourLines)
+TEST_F(LaunchSequence, AnEmptyFileGives103AndFourLines)
 {
     writeFile("CacheDb", "");
     EXPECT_EQ(launch(), 103u);
@@ -590,7 +590,7 @@ TEST_F(LaunchLadder, AnEmptyFileGives103AndFourLines)
     EXPECT_EQ(objects(), 0);
 }
 
-TEST_F(LaunchLadder, AFileOfOtherBytesGives103AndFourLines)
+TEST_F(LaunchSequence, AFileOfOtherBytesGives103AndFourLines)
 {
     std::string noise(8192, '\0');
     uint32_t state = 1;
@@ -606,7 +606,7 @@ TEST_F(LaunchLadder, AFileOfOtherBytesGives103AndFourLines)
     }
 }
 
-TEST_F(LaunchLadder, AReplacedFileIsAnotherFile)
+TEST_F(LaunchSequence, AReplacedFileIsAnotherFile)
 {
     makeValidFile();
     file.execute("DELETE FROM Version");
@@ -618,7 +618,7 @@ TEST_F(LaunchLadder, AReplacedFileIsAnotherFile)
 
 // ---- The schema fails: 101 ----
 
-TEST_F(LaunchLadder, AMissingTableGives101AndTheLinesOfTheStatement)
+TEST_F(LaunchSequence, AMissingTableGives101AndTheLinesOfTheStatement)
 {
     makeValidFile();
     fs::rename("CacheDb", "Valid");
@@ -645,7 +645,7 @@ void PrintTo(const SelectedColumns &columns, std::ostream *out)
     *out << columns.table;
 }
 
-class Probe : public LaunchLadder, public ::testing::WithParamInterface<SelectedColumns>
+class Probe : public LaunchSequence, public ::testing::WithParamInterface<SelectedColumns>
 {
 };
 
@@ -665,7 +665,7 @@ TEST_P(Probe, AMissingColumnGives101AndTheLinesOfTheStatement)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    LaunchLadder, Probe,
+    LaunchSequence, Probe,
     ::testing::Values(
         SelectedColumns{"Users",
                         {"Id", "Name", "Login", "Contacts", "IsActive", "DomainId", "OrgId", "Roles", "Phone"}},
@@ -696,7 +696,7 @@ INSTANTIATE_TEST_SUITE_P(
         SelectedColumns{"DeviceUserSectionLinks", {"DeviceId", "DeviceUserId"}}),
     [](const ::testing::TestParamInfo<SelectedColumns> &test) { return test.param.table; });
 
-TEST_F(LaunchLadder, AMissingColumnThatNoSelectNamesGoesUnnoticed)
+TEST_F(LaunchSequence, AMissingColumnThatNoSelectNamesGoesUnnoticed)
 {
     makeValidFile();
     file.execute("ALTER TABLE DeviceUserSectionLinks RENAME COLUMN DeviceUserSectionLinksSectionId TO Other;"
@@ -706,7 +706,7 @@ TEST_F(LaunchLadder, AMissingColumnThatNoSelectNamesGoesUnnoticed)
     EXPECT_EQ(lines.all(), Lines());
 }
 
-TEST_F(LaunchLadder, AFailedProbeEndsNoTransaction)
+TEST_F(LaunchSequence, AFailedProbeEndsNoTransaction)
 {
     makeValidFile();
     file.execute("DROP TABLE Session");
@@ -719,7 +719,7 @@ TEST_F(LaunchLadder, AFailedProbeEndsNoTransaction)
     EXPECT_EQ(tableRead(statements.back()), "DeviceUserSectionLinks");
 }
 
-TEST_F(LaunchLadder, AFailedProbeLeavesNoLockBehind)
+TEST_F(LaunchSequence, AFailedProbeLeavesNoLockBehind)
 {
     makeValidFile();
     file.execute("DROP TABLE Session");
@@ -731,7 +731,7 @@ TEST_F(LaunchLadder, AFailedProbeLeavesNoLockBehind)
 
 // ---- The file does not open: 102, 6 ----
 
-TEST_F(LaunchLadder, ALinkIntoAMissingDirectoryGives102WithoutALine)
+TEST_F(LaunchSequence, ALinkIntoAMissingDirectoryGives102WithoutALine)
 {
     if (!makeLink("missing/CacheDb"))
         GTEST_SKIP() << withoutLinks;
@@ -741,7 +741,7 @@ TEST_F(LaunchLadder, ALinkIntoAMissingDirectoryGives102WithoutALine)
     EXPECT_EQ(objects(), 0);
 }
 
-TEST_F(LaunchLadder, ALinkToAMissingFileExistsAndGives103)
+TEST_F(LaunchSequence, ALinkToAMissingFileExistsAndGives103)
 {
     if (!makeLink("Elsewhere"))
         GTEST_SKIP() << withoutLinks;
@@ -751,7 +751,7 @@ TEST_F(LaunchLadder, ALinkToAMissingFileExistsAndGives103)
     EXPECT_EQ(objects(), 0);
 }
 
-TEST_F(LaunchLadder, ADirectoryOfThatNameGives6WithoutALine)
+TEST_F(LaunchSequence, ADirectoryOfThatNameGives6WithoutALine)
 {
     fs::create_directory("CacheDb");
     EXPECT_EQ(launch(), 6u);
@@ -760,7 +760,7 @@ TEST_F(LaunchLadder, ADirectoryOfThatNameGives6WithoutALine)
     EXPECT_EQ(launch(), 6u);
 }
 
-TEST_F(LaunchLadder, AStoreThatDidNotOpenFailsWithTheUsualLines)
+TEST_F(LaunchSequence, AStoreThatDidNotOpenFailsWithTheUsualLines)
 {
     fs::create_directory("CacheDb");
     Library library;
@@ -783,7 +783,7 @@ void PrintTo(const Unusable &unusable, std::ostream *out)
     *out << unusable.result;
 }
 
-class UnusableStore : public LaunchLadder, public ::testing::WithParamInterface<Unusable>
+class UnusableStore : public LaunchSequence, public ::testing::WithParamInterface<Unusable>
 {
 protected:
     void SetUp() override
@@ -873,7 +873,7 @@ bool makeEmptyFile()
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    LaunchLadder, UnusableStore,
+    LaunchSequence, UnusableStore,
     ::testing::Values(Unusable{6, makeDirectoryOfThatName, 6}, Unusable{101, makeFileOfAnotherSchema, 103},
                       Unusable{102, makeLinkIntoAMissingDirectory, 103}, Unusable{103, makeEmptyFile, 103}),
     [](const ::testing::TestParamInfo<Unusable> &test) { return "Result" + std::to_string(test.param.result); });
