@@ -375,7 +375,7 @@ BRIMLET_API uint32_t freeDomainsArray(FlatDomain *domains, uint32_t count);
 BRIMLET_API uint32_t addUsers(const uint16_t *json, uint32_t length);
 
 /**
- * Updates or inserts an user, and gets it as stored.
+ * Updates or inserts a user, and gets it as stored.
  * Release it with freeUser.
  *
  * @param[out] user    receives the user as stored
@@ -452,7 +452,7 @@ BRIMLET_API uint32_t getUsersWithParams(FlatUser **users, uint32_t *count, const
                                         const uint16_t *value, uint32_t valueLength);
 
 /**
- * Releases an user and everything in it.
+ * Releases a user and everything in it.
  *
  * @param[in] user  user that a function returned
  * @retval BRIMLET_DONE     the user is released
