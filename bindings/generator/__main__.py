@@ -6,6 +6,8 @@ usage: python3 -m generator DESCRIBE [--check]     DESCRIBE is the program that 
 import argparse
 import difflib
 import json
+import keyword
+import re
 import subprocess
 import sys
 import textwrap
@@ -20,6 +22,9 @@ OUTPUTS = {
     "bindings/cpp/brimlet/calls.hpp": "calls.hpp",
     "bindings/cpp/brimlet/codes.hpp": "codes.hpp",
     "bindings/cpp/brimlet/records.hpp": "records.hpp",
+    "bindings/python/brimlet/codes.py": "codes.py.jinja",
+    "bindings/python/brimlet/functions.py": "functions.py.jinja",
+    "bindings/python/brimlet/records.py": "records.py.jinja",
     "src/api/exports.txt": "exports.txt",
     "tests/abi/layout.txt": "layout.txt",
 }
@@ -38,6 +43,7 @@ def render(describe: str) -> Dict[Path, str]:
         trim_blocks=True, lstrip_blocks=True, keep_trailing_newline=True,
     )
     environment.filters.update(wrap=wrap, layout=layout, camel=camel, phrase=phrase, view=view, member=member)
+    environment.filters.update(python=python, identifier=identifier)
     return {model.ROOT / path: environment.get_template(template).render(api=api, lists=lists, model=model)
             for path, template in OUTPUTS.items()}
 
@@ -109,6 +115,26 @@ def member(head: str, parameters: str, qualifiers: str, value: str, width: int =
     signature = f"\n{' ' * (len(head) + 1)}".join(lines).replace("\0", " ")
     indent = " " * (len(head) - len(head.lstrip()))
     return f"{head}({signature}){qualifiers}\n{indent}{{\n{indent}    return {value};\n{indent}}}"
+
+
+# ---- Python ----
+
+
+def python(words: str) -> str:
+    """Words of the headers for a reader of Python: its names of records and values, and lists instead of arrays."""
+    for pattern, replacement in (
+        (r"\bFlat(?=[A-Z])", ""),
+        (r"\bBRIMLET_LAUNCH_(?=[A-Z])", "LaunchResult."), (r"\bBRIMLET_STATE_(?=[A-Z])", "State."),
+        (r"\bBRIMLET_(?=[A-Z])", "Code."),
+        (r"\ban array\b", "a list"), (r"\barray\b", "list"),
+    ):
+        words = re.sub(pattern, replacement, words)
+    return words
+
+
+def identifier(name: str) -> str:
+    """A name that is no keyword of Python."""
+    return name + "_" if keyword.iskeyword(name) else name
 
 
 if __name__ == "__main__":

@@ -5,7 +5,7 @@ Bindings and pages are written from these comments, so a comment that says too l
 
 from typing import Iterator, List, Set
 
-from .model import IRREGULAR, Api, Direction, Enumeration, Field, Function, Gives, Kind, Result, Role
+from .model import IRREGULAR, Api, Direction, Enumeration, Field, Form, Function, Gives, Kind, Result, Role, Takes
 
 
 def findings(api: Api) -> List[str]:
@@ -52,6 +52,10 @@ def _of_parameters(function: Function) -> Iterator[str]:
             yield f"write \"@param[{way}] {parameter.name}\", with the direction of the parameter."
         elif (parameter.direction is Direction.IN) != (way == "in"):
             yield f"write \"@param[{way}] {parameter.name}\" instead of \"@param[{parameter.direction.value}]\"."
+    for put in function.inputs:
+        if put.takes is Takes.DOCUMENT and put.words and (put.form is None or put.form is Form.IDS and not put.keys):
+            yield (f"say which form {put.name} has: \"batch of ...\", \"document of one ...\" or "
+                   "\"id-only document with\" and its keys.")
 
 
 def _of_results(api: Api, function: Function) -> Iterator[str]:

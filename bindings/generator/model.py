@@ -53,6 +53,14 @@ class Takes(Enum):
     NUMBER = "an unsigned number of 32 bits"
 
 
+class Form(Enum):
+    """The form of a document, with what the words of its parameter begin with."""
+
+    BATCH = "batch of "
+    RECORD = "document of one "
+    IDS = "id-only document with "
+
+
 class Gives(Enum):
     """What a function hands out beside its result."""
 
@@ -70,6 +78,11 @@ class Parameter:
     direction: Optional[Direction]
     words: str
 
+    @property
+    def received(self) -> str:
+        """What an out-parameter receives, as a phrase such as "the user"."""
+        return self.words.partition(";")[0].replace("receives ", "", 1)
+
 
 @dataclass(frozen=True)
 class Input:
@@ -78,6 +91,18 @@ class Input:
     takes: Takes
     name: str
     words: str
+
+    @property
+    def form(self) -> Optional[Form]:
+        """The form of a document. None for a number or a text."""
+        if self.takes is not Takes.DOCUMENT:
+            return None
+        return next((form for form in Form if self.words.startswith(form.value)), None)
+
+    @property
+    def keys(self) -> Tuple[str, ...]:
+        """The keys of an id-only document. None for everything else."""
+        return tuple(re.findall(r'"(\w+)"', self.words)) if self.form is Form.IDS else ()
 
 
 @dataclass(frozen=True)
@@ -161,6 +186,11 @@ class Function:
             if condition:
                 outcomes.append(Result(result.name, re.sub(r"`\*(\w+)`", value, condition)))
         return outcomes
+
+    @property
+    def is_array_read(self) -> bool:
+        """Whether it reads an array, which may be empty for the client of a binding. Adding events is no read."""
+        return self.gives is Gives.ARRAY and not any(put.takes is Takes.DOCUMENT for put in self.inputs)
 
 
 def _record_of(parameter: Parameter) -> str:
@@ -286,6 +316,10 @@ class Api:
             return "free"
         return next((other.name for other in self.functions
                      if other.released is function.gives and other.record == function.record), "")
+
+    def subject(self, function: Function) -> str:
+        """The flat record that the group of a function is about, or empty."""
+        return next((other.record for other in self.functions if other.family == function.family and other.record), "")
 
 
 class HeaderError(Exception):

@@ -40,7 +40,7 @@ typedef struct FlatLocale
     uint16_t *description; /**< Description. Key "description". */
 } FlatLocale;
 
-/** A domain. */
+/** A domain, with its locale if the store holds it. */
 typedef struct FlatDomain
 {
     uint32_t id;        /**< Id. Key "id", required. */
@@ -49,7 +49,7 @@ typedef struct FlatDomain
     FlatLocale *locale; /**< Locale. Key "locale_id", the id of a locale. */
 } FlatDomain;
 
-/** A user: an operator of the monitoring service. */
+/** A user: an operator of the monitoring service, with the domain if the store holds it. */
 typedef struct FlatUser
 {
     uint32_t id;        /**< Id. Key "id", required. */
@@ -75,7 +75,7 @@ typedef struct FlatPerson
     uint16_t *postal; /**< Postal address. Key "postal". */
 } FlatPerson;
 
-/** An organization. */
+/** An organization, with its contact person and its locale if the store holds them. */
 typedef struct FlatOrganization
 {
     uint32_t id;            /**< Id. Key "org_id", required. */
@@ -102,7 +102,7 @@ typedef struct FlatContractor
     uint16_t *extra;        /**< Free text. Key "extra". */
 } FlatContractor;
 
-/** A contract. */
+/** A contract, with its contractor and its operator if the store holds them. */
 typedef struct FlatContract
 {
     uint32_t id;                /**< Id. Key "id", required. */
@@ -132,7 +132,7 @@ typedef struct FlatZone
     uint32_t *arm;        /**< Arm code. Key "arm". */
 } FlatZone;
 
-/** A section of a device. Its device is not part of the record. */
+/** A section of a device, with its zones. Its device is not part of the record. */
 typedef struct FlatSection
 {
     uint32_t id;          /**< Number of the section in its device. Key "id" or "section", required. */
@@ -161,7 +161,7 @@ typedef struct FlatDeviceUser
     uint32_t sectionsCount; /**< Number of sections. */
 } FlatDeviceUser;
 
-/** A device with its sections and users. */
+/** A device with its sections and users, and with the domain if the store holds it. */
 typedef struct FlatDevice
 {
     uint32_t id;             /**< Id. Key "id", required. */
@@ -185,7 +185,7 @@ typedef struct FlatLocation
     double *longitude; /**< Longitude. Key "lon". */
 } FlatLocation;
 
-/** A site with its contract and its location. */
+/** A site, with its domain, contract and location if the store holds them. */
 typedef struct FlatSite
 {
     uint32_t id;               /**< Id. Key "id", required. */
@@ -201,7 +201,7 @@ typedef struct FlatSite
     uint32_t *category;        /**< Category code. Key "category". */
     uint32_t *armMode;         /**< Arm mode code. Key "arm_mode". */
     uint8_t *isDelegated;      /**< Whether the site is delegated. Key "delegated", a flag. */
-    FlatDevice *devices;       /**< Devices. Key "devices". Absent in every record that the library returns. */
+    FlatDevice *devices;       /**< Devices. Key "devices". Empty in every record that the library returns. */
     uint32_t deviceCount;      /**< Number of devices: 0 in every record that the library returns. */
     uint32_t *domainId;        /**< Id of the domain. Key "domain". */
     FlatLocation *location;    /**< Location. Key "location", an object with the keys of FlatLocation; an empty object

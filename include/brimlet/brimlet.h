@@ -1446,8 +1446,8 @@ BRIMLET_API uint32_t getAffectEvents(FlatEvent **events, uint32_t *count);
  * Clears the affect flag of an event, and gets the event as stored.
  * Release it with freeEvent.
  *
- * @param[in,out] event   receives the event; may hold a block on entry, which is released on success: that one block,
- *                        and nothing that it points to
+ * @param[in,out] event   receives the event as stored; may hold a block on entry, which is released on success: that
+ *                        one block, and nothing that it points to
  * @param[in]     json    id-only document with "id"
  * @param[in]     length  length of `json` in UTF-16 code units
  * @retval BRIMLET_DONE          the flag is cleared, and `*event` is the event as stored

@@ -87,6 +87,13 @@ class CheckTest(unittest.TestCase):
                    " * @param[in]  count  receives the number of users\n")
         self.finds('getUsers: write "@param[out] count" instead of "@param[in]".')
 
+    def test_a_document_without_a_form(self):
+        self.spoil("brimlet.h", "@param[in] json    batch of users\n", "@param[in] json    the users\n")
+        self.spoil("brimlet.h", "id-only document with \"op_id\"\n", "id-only document with the id\n")
+        sentence = ('say which form json has: "batch of ...", "document of one ..." or "id-only document with" and its '
+                    'keys.')
+        self.finds(f"addUsers: {sentence}", f"deleteUser: {sentence}")
+
     def test_a_result_by_its_number(self):
         self.spoil("brimlet.h", "BRIMLET_NOT_FOUND    the store has no user with this id",
                    "8  the store has no user with this id")

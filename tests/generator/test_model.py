@@ -3,7 +3,7 @@
 import unittest
 
 from generator import model
-from generator.model import Direction, Gives, Input, Kind, Parameter, Result, Role, Takes
+from generator.model import Direction, Form, Gives, Input, Kind, Parameter, Result, Role, Takes
 
 
 class ModelTest(unittest.TestCase):
@@ -52,6 +52,45 @@ class ModelTest(unittest.TestCase):
         self.assertEqual(function.inputs, [Input(Takes.DOCUMENT, "json", "document of one organization")])
         self.assertEqual(function.notes, ['A "contact" replaces the stored person as a whole.'])
 
+    def test_documents_have_a_form(self):
+        forms = {(function.name, put.form, put.keys) for function in self.api.functions for put in function.inputs
+                 if put.takes is Takes.DOCUMENT}
+        self.assertEqual(len(forms), 30)
+        self.assertNotIn(None, {form for _, form, _ in forms})
+        for sample in (("addUsers", Form.BATCH, ()), ("addDevice", Form.RECORD, ()), ("updateSection", Form.RECORD, ()),
+                       ("deleteUser", Form.IDS, ("op_id",)), ("deleteZone", Form.IDS, ("device", "section", "zone"))):
+            self.assertIn(sample, forms)
+        self.assertIsNone(self.api.function("setServerIp").inputs[0].form)
+
+    def test_out_parameters_receive_something(self):
+        samples = {"getUser": ["the user"], "getEvents": ["the array of events"], "removeAffectFlag": ["the event as stored"],
+                   "addEvents": ["the array of events"], "getSiteNameAndAddress": ["the name", "the address"]}
+        for name, received in samples.items():
+            self.assertEqual([output.received for output in self.api.function(name).outputs], received)
+
+    def test_outcomes_are_those_that_a_binding_leaves_to_its_client(self):
+        def outcomes(name):
+            return {outcome.name: outcome.condition for outcome in self.api.function(name).outcomes}
+
+        self.assertNotIn("BRIMLET_REFUSED", outcomes("getUser"))
+        self.assertEqual(outcomes("updateUser")["BRIMLET_REFUSED"], "`json` is not a JSON object")
+        self.assertEqual(outcomes("addUsers")["BRIMLET_REFUSED"],
+                         '`json` is not a JSON object, or its "items" is empty')
+        self.assertNotIn("BRIMLET_REFUSED", outcomes("getSiteNameAndAddress"))
+
+    def test_reads_of_arrays(self):
+        reads = [function.name for function in self.api.functions if function.is_array_read]
+        self.assertEqual(len(reads), 24)
+        for name in ("getUsers", "getZonesForSectionWithParams", "getAffectEvents"):
+            self.assertIn(name, reads)
+        for name in ("addEvents", "getUser", "getSiteNameAndAddress", "freeUsersArray"):
+            self.assertNotIn(name, reads)
+
+    def test_a_function_is_about_the_record_of_its_group(self):
+        for name, record in (("deleteUser", "FlatUser"), ("clearEventsBeforeDateExceptAffects", "FlatEvent"),
+                             ("getZone", "FlatZone"), ("setServerIp", ""), ("clearAll", "")):
+            self.assertEqual(self.api.subject(self.api.function(name)), record)
+
     def test_functions_that_hand_out_texts(self):
         for name, outputs in (("getServerIp", ["address"]), ("getSiteNameAndAddress", ["name", "address"])):
             function = self.api.function(name)
@@ -99,6 +138,10 @@ class ModelTest(unittest.TestCase):
         sections = self.field("FlatDeviceUser", "sections")
         self.assertEqual((sections.record, sections.count), ("", "sectionsCount"))
         self.assertEqual(self.field("FlatEvent", "time").count, "")
+
+    def test_values_share_a_prefix(self):
+        self.assertEqual([enumeration.prefix for enumeration in self.api.enumerations],
+                         ["BRIMLET_", "BRIMLET_LAUNCH_", "BRIMLET_STATE_"])
 
     def test_values_have_meaning_cause_and_cure(self):
         values = {value.name: value for value in self.api.enumeration("BrimletResult").values}

@@ -5,7 +5,7 @@ import unittest
 from collections import Counter
 from unittest import mock
 
-from brimlet import library, records
+from brimlet import layout, library
 from brimlet.functions import FUNCTIONS, Gives, Role
 from support import DATA, DirectoryTest, is_sanitized
 
@@ -84,7 +84,7 @@ class MemoryTest(DirectoryTest):
                 entry = FUNCTIONS[name]
 
                 def fail():
-                    with mock.patch.object(records.Layout, "read", side_effect=Broken), \
+                    with mock.patch.object(layout.Layout, "read", side_effect=Broken), \
                             mock.patch.object(library, "read_text", side_effect=Broken), \
                             self.assertRaises(Broken):
                         self.open.call(name, *arguments)

@@ -205,7 +205,7 @@ public:
     Code addUsers(const TextArgument &json) { return call(::addUsers, json); }
 
     /**
-     * Updates or inserts an user, and gets it as stored.
+     * Updates or inserts a user, and gets it as stored.
      *
      * @param json  document of one user
      * @retval Code::Done         the value is the user as stored

@@ -25,7 +25,7 @@ public:
     Text description() const { return detail::text(flat->description); }
 };
 
-/** A domain. */
+/** A domain, with its locale if the store holds it. */
 class DomainView : public View<FlatDomain>
 {
 public:
@@ -39,7 +39,7 @@ public:
     std::optional<LocaleView> locale() const { return detail::record<LocaleView>(flat->locale); }
 };
 
-/** A user: an operator of the monitoring service. */
+/** A user: an operator of the monitoring service, with the domain if the store holds it. */
 class UserView : public View<FlatUser>
 {
 public:
@@ -81,7 +81,7 @@ public:
     Text postal() const { return detail::text(flat->postal); }
 };
 
-/** An organization. */
+/** An organization, with its contact person and its locale if the store holds them. */
 class OrganizationView : public View<FlatOrganization>
 {
 public:
@@ -125,7 +125,7 @@ public:
     Text extra() const { return detail::text(flat->extra); }
 };
 
-/** A contract. */
+/** A contract, with its contractor and its operator if the store holds them. */
 class ContractView : public View<FlatContract>
 {
 public:
@@ -177,7 +177,7 @@ public:
     Number arm() const { return detail::value(flat->arm); }
 };
 
-/** A section of a device. Its device is not part of the record. */
+/** A section of a device, with its zones. Its device is not part of the record. */
 class SectionView : public View<FlatSection>
 {
 public:
@@ -223,7 +223,7 @@ public:
     Range<uint32_t> sections() const { return {flat->sections, flat->sectionsCount}; }
 };
 
-/** A device with its sections and users. */
+/** A device with its sections and users, and with the domain if the store holds it. */
 class DeviceView : public View<FlatDevice>
 {
 public:
@@ -259,7 +259,7 @@ public:
     Real longitude() const { return detail::value(flat->longitude); }
 };
 
-/** A site with its contract and its location. */
+/** A site, with its domain, contract and location if the store holds them. */
 class SiteView : public View<FlatSite>
 {
 public:
@@ -289,7 +289,7 @@ public:
     Number armMode() const { return detail::value(flat->armMode); }
     /** Whether the site is delegated. */
     Flag isDelegated() const { return detail::flag(flat->isDelegated); }
-    /** Devices. Absent in every record that the library returns. */
+    /** Devices. Empty in every record that the library returns. */
     Range<DeviceView> devices() const { return {flat->devices, flat->deviceCount}; }
     /** Id of the domain. */
     Number domainId() const { return detail::value(flat->domainId); }

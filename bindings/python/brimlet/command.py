@@ -18,8 +18,9 @@ from contextlib import contextmanager
 from pathlib import Path
 from typing import Any, Callable, Dict, Iterator, NoReturn, Optional, Sequence
 
-from .codes import Code, Error, LaunchResult, code_of, error_for
+from .codes import Code, LaunchResult, code_of, error_for
 from .documents import Form
+from .errors import Error
 from .folder import Loaded, UnknownDocument, load, plan
 from .functions import FUNCTIONS, DocumentInput, Function, Gives, Input, NumberInput, Role
 from .inspection import Inspection, inspect

@@ -9,7 +9,7 @@ from dataclasses import dataclass
 from pathlib import Path
 from typing import Iterator, List, Optional
 
-from .codes import Error
+from .errors import Error
 from .session import Session
 
 # What is referred to comes before what refers to it, removals come last.

@@ -7,7 +7,7 @@ from dataclasses import dataclass
 from typing import Any, Dict, Iterator, List, Optional, Tuple
 from urllib.parse import quote
 
-from .codes import Error
+from .errors import Error
 from .schema import TABLES, VERSION, Column
 from .snapshot import Snapshot, Unsound
 

@@ -10,7 +10,7 @@ from datetime import datetime, timedelta, timezone
 from pathlib import Path
 from typing import List, Optional, Tuple
 
-from .codes import BackupFailed
+from .errors import BackupFailed
 
 SUFFIXES = ("", "-journal", "-wal")
 """The file, and what SQLite needs beside it after a crash."""

@@ -14,7 +14,8 @@ from dataclasses import dataclass
 from pathlib import Path
 from typing import Any, Callable, Dict, List, Optional
 
-from .codes import AlreadyLaunched, CallInProgress, LaunchEnded, LaunchResult, LaunchTimedOut, NotLaunched, State
+from .codes import LaunchResult, State
+from .errors import AlreadyLaunched, CallInProgress, LaunchEnded, LaunchTimedOut, NotLaunched
 from .kept import Backup
 from .library import Library
 

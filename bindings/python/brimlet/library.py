@@ -7,10 +7,12 @@ import sys
 from functools import partial
 from typing import Any, Callable, Dict, List, Optional, Tuple, Union
 
-from .codes import Code, LibraryNotFound, code_of, error_for
+from .codes import Code, code_of, error_for
 from .documents import text_of
-from .functions import FUNCTIONS, DocumentInput, Function, Gives, Input, NumberInput, Role
-from .records import TextPointer, layout_of, read_text, units_of
+from .errors import LibraryNotFound
+from .functions import FUNCTIONS
+from .layout import TextPointer, layout_of, read_text, units_of
+from .prototypes import DocumentInput, Function, Gives, Input, NumberInput, Role
 
 LIBRARY_VARIABLE = "BRIMLET_LIBRARY"
 PathArgument = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]

@@ -4,27 +4,31 @@ import os
 import weakref
 from functools import partial
 from types import TracebackType
-from typing import Any, NamedTuple, Optional, Type
+from typing import Any, NamedTuple, Optional, Tuple, Type, cast
 
 from .codes import Code, LaunchResult, State, error_for
-from .functions import FUNCTIONS, Functions, Role
+from .functions import FUNCTIONS, Calls
 from .launch import FILE_NAME as FILE_NAME, Host, Launch
 from .library import Library, PathArgument
+from .prototypes import Function, R, Role
 
 
 class Answer(NamedTuple):
-    """What a function answered: its code, a Code where the number is one, and with the code 0 what came out."""
+    """What a function returned: its code, a Code unless the number is unknown, and with the code 0 what came out."""
 
     code: int
     value: Any
 
 
-class Session(Functions):
+class Session(Calls):
     """The library, from its launch to its exit. One at a time in a process.
 
     Every function of brimlet.h that needs a launched library is a method of the same name; `help` of a method shows
-    its arguments. A code other than 0 is an exception of codes.py, but a list read that finds nothing gives an empty
-    list. Several threads may use a session at once, their calls wait for each other.
+    its parameters and what it raises. A code other than 0 is an exception, but a list read that finds nothing returns
+    an empty list. Several threads may use a session at once, their calls wait for each other.
+
+    A document is a dict, or a list of dicts where the function takes a batch. Its keys stand in the help of the class
+    of the record, such as `help(brimlet.User)`. An id-only document may be the id alone.
 
     The library keeps its file in the working directory at launch, so a session makes its directory the working
     directory of the whole process while it launches, and goes back as soon as the library runs.
@@ -82,22 +86,23 @@ class Session(Functions):
         return LaunchResult(self._library.exports["getLaunchCacheResult"]())
 
     def answer(self, name: str, *arguments: Any) -> Answer:
-        """Calls a function by its name and gives its code with what came out. Raises nothing for a code."""
-        entry = FUNCTIONS.get(name)
-        if entry is None:
-            raise AttributeError(f"there is no function {name}")
-        if entry.role is not Role.CALL:
-            raise AttributeError(f"{name} is called by {entry.role.value}")
-        return Answer(*self._library.call(entry, arguments, partial(self._launch.call, name)))
+        """Calls a function by its name and returns its code with what came out. Raises nothing for a code."""
+        return self._answer(_function(name), arguments)
 
     def call(self, name: str, *arguments: Any) -> Any:
         """Calls a function by its name, as the method of that name does."""
-        code, value = self.answer(name, *arguments)
-        if code == Code.DONE:
-            return value
-        if code == Code.NOT_FOUND and FUNCTIONS[name].is_list_read:
-            return []
-        raise error_for(name, code)
+        return self._call(_function(name), *arguments)
+
+    def _call(self, function: Function[R], *arguments: Any) -> R:
+        code, value = self._answer(function, arguments)
+        if code == Code.NOT_FOUND and function.is_list_read:
+            value = []
+        elif code != Code.DONE:
+            raise error_for(function.name, code)
+        return cast(R, value)
+
+    def _answer(self, function: Function[Any], arguments: Tuple[Any, ...]) -> Answer:
+        return Answer(*self._library.call(function, arguments, partial(self._launch.call, function.name)))
 
     def close(self) -> None:
         """Exits when a call in progress has returned, and waits for the launch thread. May be called again.
@@ -117,3 +122,13 @@ class Session(Functions):
         traceback: Optional[TracebackType],
     ) -> None:
         self.close()
+
+
+def _function(name: str) -> Function[Any]:
+    """The entry of a function for clients."""
+    function = FUNCTIONS.get(name)
+    if function is None:
+        raise AttributeError(f"there is no function {name}")
+    if function.role is not Role.CALL:
+        raise AttributeError(f"{name} is called by {function.role.value}")
+    return function

@@ -15,7 +15,7 @@ from pathlib import Path
 from tempfile import TemporaryDirectory
 from typing import BinaryIO, Iterator, List, Optional, Tuple
 
-from .codes import Error
+from .errors import Error
 from .kept import SUFFIXES
 
 _SIDECARS = SUFFIXES[1:]  # what SQLite applies to the file beside it
