@@ -56,6 +56,11 @@ class Record:
     table: str
     members: List[Member]
 
+    @property
+    def is_searched(self) -> bool:
+        """Whether a function searches for the record."""
+        return any(member.is_searchable for member in self.members)
+
 
 @dataclass(frozen=True)
 class Column:

@@ -2,12 +2,11 @@
 
 import re
 from dataclasses import dataclass
-from itertools import groupby
-from typing import Callable, Dict, Iterator, List, Tuple
+from typing import Dict, Iterator, List, Sequence, Tuple
 
 from . import model
 from .lists import Lists, Member, Record
-from .model import Api, Function, Role, Takes
+from .model import Api, Function, Role, Takes, listed, noun
 
 # ---- Regions ----
 
@@ -33,6 +32,25 @@ def splice(page: str, rendered: str) -> str:
     return _REGION.sub(lambda found: f"{_BEGIN.format(found[1])}\n{regions[found[1]]}{_END}\n", page)
 
 
+# ---- Words ----
+
+
+def code(api: Api, words: str) -> str:
+    """Words of the headers with their keys and names as code."""
+    names = "|".join([function.name for function in api.functions] + [record.name for record in api.records])
+    return re.sub(rf'"(\w+)"|\b(BRIMLET_\w+|\w+\.h|{names})\b', lambda found: f"`{found[1] or found[2]}`", words)
+
+
+def row(cells: Sequence[object]) -> str:
+    """A line of a table."""
+    return "".join(["|", *(f" {cell} |" if cell != "" else " |" for cell in cells)])
+
+
+def cell(words: str) -> str:
+    """Words as they stand in a table: a single sentence without its full stop."""
+    return words if ". " in words else words.rstrip(".")
+
+
 # ---- Documents and columns ----
 
 
@@ -43,11 +61,18 @@ class Row:
     keys: List[str]
     type: str
     target: str
-    """The record whose id the value is, as "a domain", or empty."""
+    """The record whose id the value is, such as "a domain", or empty."""
     meaning: str
     fields: List[str]
     column: str
     is_searchable: bool
+
+    @property
+    def holds(self) -> str:
+        """What the column holds: the value of a key, or else what the field means."""
+        if self.keys:
+            return f"`{self.keys[0]}`" + (f", the id of {self.target}" if self.target else "")
+        return self.meaning[0].lower() + self.meaning[1:].partition(".")[0]
 
 
 _TYPES = {
@@ -61,10 +86,10 @@ def rows(api: Api, lists: Lists, record: Record) -> Iterator[Row]:
     """The rows of a record: its members, the ids beside it, and its fields without a key."""
     flat = api.record(record.flat)
     for member in record.members:
-        yield _row(flat, lists, member)
+        yield _row(flat, member)
     for function in lists.functions:
         for one in function.ids if function.record == record.name else []:
-            meaning = f"In a document of {function.name}, as in an id-only document"
+            meaning = f"In a document of {function.name}, as in an id-only document."
             yield Row([one.key], "id, required", "", meaning, [], one.column, False)
     for field in flat.fields:
         if field.is_keyless:
@@ -72,16 +97,14 @@ def rows(api: Api, lists: Lists, record: Record) -> Iterator[Row]:
             yield Row([], "", "", field.meaning, [field.name], keys[0] if field.kind is model.Kind.ID else "", False)
 
 
-def _row(flat: model.Record, lists: Lists, member: Member) -> Row:
+def _row(flat: model.Record, member: Member) -> Row:
     fields = sorted((field for field in flat.fields if member.keys[0] in field.keys),
                     key=lambda field: field.name != member.field)
-    record = member.record
-    if not record:  # the number of a record that another field shows
-        record = next((other.name for other in lists.records for field in fields if other.flat == field.record), "")
-    noun = lists.record(record).noun if record else ""
-    target = f"{'an' if noun[0] in 'aeio' else 'a'} {noun}" if noun and member.kind != "objects" else ""
+    # A record that another field shows for the same number counts as well.
+    record = noun(next((name for name in (member.record, *(field.record for field in fields)) if name), ""))
+    target = f"{'an' if record[0] in 'aeio' else 'a'} {record}" if record and member.kind != "objects" else ""
     if member.kind == "objects":
-        kind = f"array of {noun}s"
+        kind = f"array of {record}s"
     elif member.kind == "object":
         kind = f"object, {target}"
     elif target and member.kind != "int32":
@@ -90,6 +113,12 @@ def _row(flat: model.Record, lists: Lists, member: Member) -> Row:
         kind = _TYPES[member.kind] + (f", id of {target}" if target else "")
     return Row(member.keys, kind + (", required" if member.is_required else ""), target, fields[0].meaning,
                [field.name for field in fields], member.column, member.is_searchable)
+
+
+def documents(api: Api, record: Record) -> List[Tuple[str, str]]:
+    """The functions of a record's group that take a document, each with the words of its document."""
+    return [(function.name, put.words) for function in api.functions if api.subject(function) == record.flat
+            for put in function.inputs if put.form]
 
 
 def contents(api: Api, lists: Lists) -> Dict[str, Row]:
@@ -121,11 +150,10 @@ def groups(api: Api) -> List[Group]:
     alike: Dict[object, List[Function]] = {}
     for function in api.functions:
         if function.role is not Role.LIFECYCLE:
-            verb = re.match("[a-z]+", function.name)
-            takes = {put.takes for put in function.inputs} - {Takes.NUMBER}
+            verb = re.sub("[A-Z].*", "", function.name)
+            takes = frozenset(put.takes for put in function.inputs if put.takes is not Takes.NUMBER)
             names = tuple(result.name for result in function.results)
-            alike.setdefault((verb and verb[0], function.gives, function.released, frozenset(takes), names),
-                             []).append(function)
+            alike.setdefault((verb, function.gives, function.released, takes, names), []).append(function)
     return [Group([function.name for function in functions], list(_conditions(api, functions)))
             for functions in alike.values()]
 
@@ -135,23 +163,17 @@ def _conditions(api: Api, functions: List[Function]) -> Iterator[Condition]:
     is_mixed = len({function.family for function in functions}) > 1
     told: Dict[Tuple[int, str], List[str]] = {}
     for function in functions:
-        say = _general(api, function) if is_mixed else str
         for result in function.results:
-            told.setdefault((numbers[result.name], say(result.condition)), []).append(function.name)
-    for number, conditions in groupby(sorted(told.items(), key=lambda item: item[0][0]), lambda item: item[0][0]):
-        for (_, text), names in sorted(conditions, key=lambda item: -len(item[1])):
-            yield Condition(number, text, [] if 2 * len(names) > len(functions) else names)
+            text = _general(api, function, result.condition) if is_mixed else result.condition
+            told.setdefault((numbers[result.name], text), []).append(function.name)
+    for (number, text), names in sorted(told.items(), key=lambda item: (item[0][0], -len(item[1]))):
+        yield Condition(number, text, [] if 2 * len(names) > len(functions) else names)
 
 
-def _general(api: Api, function: Function) -> Callable[[str], str]:
-    """Words that fit other records too: of "records" instead of "users", of "an id" instead of "op_id"."""
-    record = next((other.record for other in api.functions if other.family == function.family and other.record), "")
-    noun = re.sub("(?<=[a-z])(?=[A-Z])", " ", record[len("Flat"):]).lower()
-    keys = ids(function)
-
-    def say(condition: str) -> str:
-        condition = condition.replace(enumerate_keys(keys, "or") + " is missing", "an id is missing") if keys else (
-            condition)
-        return re.sub(rf'(?<!")\b(?:an? (?={noun}\b))?{noun}(s?)\b', r"record\1", condition) if noun else condition
-
-    return say
+def _general(api: Api, function: Function, condition: str) -> str:
+    """A condition that fits other functions too: with "records" for "users", with "an id" for the keys of ids."""
+    keys = [f'"{key}"' for put in function.inputs for key in put.keys]
+    if keys:
+        condition = condition.replace(f"{listed(keys, 'or')} is missing", "an id is missing")
+    subject = noun(api.subject(function))
+    return re.sub(rf"\b{subject}(?=s?\b)", "record", condition).replace("an record", "a record") if subject else condition
