@@ -1,24 +1,25 @@
 """Writes what is made from the public headers and from the library's own lists: one template for each file.
 
-usage: python3 -m generator DESCRIBE [--check]     DESCRIBE is the program that prints the library's lists
+usage: python3 -m generator [DESCRIBE] [--check]     DESCRIBE is the program that prints the library's lists
+
+Without DESCRIBE it writes only what the headers alone decide. That comes first, since DESCRIBE is built with the list
+of exports.
 """
 
 import argparse
 import difflib
 import functools
 import html
-import json
 import keyword
 import re
-import subprocess
 import sys
 import textwrap
 from pathlib import Path
-from typing import Dict, List, Tuple
+from typing import Dict, List, Optional, Tuple
 
 import jinja2
 
-from . import check, model
+from . import agreement, check, lists, model, pages
 
 OUTPUTS = {
     "bindings/cpp/brimlet/calls.hpp": "calls.hpp",
@@ -32,33 +33,58 @@ OUTPUTS = {
     "bindings/python/brimlet/codes.py": "codes.py.jinja",
     "bindings/python/brimlet/functions.py": "functions.py.jinja",
     "bindings/python/brimlet/records.py": "records.py.jinja",
+    "docs/result-codes.md": "result-codes.md",
     "src/api/exports.txt": "exports.txt",
     "tests/abi/layout.txt": "layout.txt",
 }
-"""Each file with its template."""
+"""Each file with its template. Of a page in docs the template writes the regions that are marked as generated."""
+
+OUTPUTS_WITH_LISTS = {
+    "bindings/python/brimlet/schema.py": "schema.py.jinja",
+    "docs/documents.md": "documents.md",
+    "docs/file.md": "file.md",
+}
+"""Those that the library's lists decide as well."""
 
 
-def render(describe: str) -> Dict[Path, str]:
-    """The text of each file."""
+def render(describe: Optional[str]) -> Dict[Path, str]:
+    """The text of each file, without the program only of those that the headers alone decide."""
     api = model.read()
-    findings = check.findings(api)
-    if findings:
-        raise SystemExit("\n".join(findings))
-    lists = json.loads(subprocess.run([describe], check=True, stdout=subprocess.PIPE).stdout)
+    refuse(check.findings(api))
+    library = lists.read(describe) if describe else None
+    if library:
+        refuse(agreement.findings(api, library))
     environment = jinja2.Environment(
         loader=jinja2.FileSystemLoader(Path(__file__).parent / "templates"), undefined=jinja2.StrictUndefined,
         trim_blocks=True, lstrip_blocks=True, keep_trailing_newline=True,
     )
-    environment.filters.update(wrap=wrap, layout=layout, camel=camel, phrase=phrase, view=view, member=member,
-                               python=python, identifier=identifier, pascal=pascal, verbatim=verbatim, fold=fold,
-                               element=element, xml=functools.partial(xml, references(api)))
-    return {model.ROOT / path: environment.get_template(template).render(api=api, lists=lists, model=model)
-            for path, template in OUTPUTS.items()}
+    environment.filters.update(wrap=wrap, layout=layout, camel=camel, phrase=phrase, view=view, member=member)
+    environment.filters.update(python=python, identifier=identifier)
+    environment.filters.update(pascal=pascal, verbatim=verbatim, fold=fold, element=element,
+                               xml=functools.partial(xml, references(api)))
+    environment.filters.update(row=pages.row, cell=pages.cell, code=functools.partial(pages.code, api))
+    texts = {}
+    for name, template in {**OUTPUTS, **(OUTPUTS_WITH_LISTS if library else {})}.items():
+        path = model.ROOT / name
+        text = environment.get_template(template).render(api=api, lists=library, model=model, pages=pages)
+        if path.parent.name == "docs":
+            try:
+                text = pages.splice(path.read_text(encoding="utf-8"), text)
+            except pages.RegionError as error:
+                refuse([f"{name}: {error}"])
+        texts[path] = text
+    return texts
+
+
+def refuse(findings: List[str]) -> None:
+    """Ends the program if there are findings."""
+    if findings:
+        raise SystemExit("\n".join(findings))
 
 
 def main() -> None:
     parser = argparse.ArgumentParser(prog="generator", description=__doc__)
-    parser.add_argument("describe")
+    parser.add_argument("describe", nargs="?", help="the program that prints the library's lists")
     parser.add_argument("--check", action="store_true", help="write nothing, and fail if a file is not up to date")
     options = parser.parse_args()
     differences = ""

@@ -12,7 +12,7 @@ import xml.etree.ElementTree as ElementTree
 from dataclasses import dataclass
 from enum import Enum
 from pathlib import Path
-from typing import Dict, Iterator, List, Optional, Tuple
+from typing import Dict, Iterator, List, Optional, Sequence, Tuple
 from xml.etree.ElementTree import Element
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -344,6 +344,19 @@ class Api:
     def subject(self, function: Function) -> str:
         """The flat record that the group of a function is about, or empty."""
         return next((other.record for other in self.functions if other.family == function.family and other.record), "")
+
+
+# ---- Words of other modules ----
+
+
+def noun(record: str) -> str:
+    """A record in words: "device user" for FlatDeviceUser or DeviceUser."""
+    return re.sub("(?<=[a-z])(?=[A-Z])", " ", re.sub("^Flat", "", record)).lower()
+
+
+def listed(words: Sequence[str], conjunction: str) -> str:
+    """Words as a list in a sentence: "a, b or c"."""
+    return f" {conjunction} ".join(filter(None, (", ".join(words[:-1]), *words[-1:])))
 
 
 class HeaderError(Exception):
