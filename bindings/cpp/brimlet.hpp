@@ -1370,7 +1370,8 @@ struct LaunchReport
  * A file that fails its checks is replaced at launch by one that cannot be used. A session keeps what was there, with
  * its journals, as "CacheDb.damaged-20261122T064500.123Z", the time in UTC; of these the newest few stay. Unless it is
  * told not to, it then recovers: it exits, removes the file and its journal, and launches again. Both results and the
- * name stand in report().
+ * name stand in report(). Until the launch is over, "CacheDb.before-launch" is a second name of the file. A process
+ * that dies meanwhile leaves it behind; the next session removes it, or keeps it where it is the only one.
  *
  * A session that nobody has destroyed when the process ends, a global one for instance, exits then. In a child that is
  * forked while it lives it must not be used, and neither its destructor nor the end of the process does anything there.

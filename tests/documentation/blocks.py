@@ -109,8 +109,8 @@ class Page:
 
     def send_document(self, language, text, function):
         json.loads(text)
-        run([sys.executable, "-m", "brimlet", "--dir", str(self.directory), "call", function, "-"], self.directory,
-            os.environ, input=text)
+        run([sys.executable, "-m", "brimlet", "--dir", str(self.directory), "call", "--write", "--create", function, "-"],
+            self.directory, os.environ, input=text)
 
     def run_commands(self, language, text):
         if not IS_SANITIZED:

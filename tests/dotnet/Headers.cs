@@ -22,7 +22,7 @@ internal static class Headers
     // "FlatUser.name Char*" for each field of FlatRecords.h.
     internal static IEnumerable<string> Fields()
     {
-        foreach (Match record in Regex.Matches(Read("include/brimlet/FlatRecords.h"),
+        foreach (Match record in Regex.Matches(Declared("include/brimlet/FlatRecords.h"),
             @"typedef struct (\w+)\s*\{(.*?)\}", RegexOptions.Singleline))
         {
             foreach (Match field in Regex.Matches(record.Groups[2].Value, @"(\w+) (\*?)(\w+);"))
@@ -62,7 +62,7 @@ internal static class Headers
     // "7 READFAILED" for each value of an enumeration of ResultCodes.h, without the enumeration's prefix.
     internal static IEnumerable<string> Codes(string enumeration, string prefix)
     {
-        string body = Regex.Match(Read("include/brimlet/ResultCodes.h"), "enum " + enumeration + @" \{(.*?)\};",
+        string body = Regex.Match(Declared("include/brimlet/ResultCodes.h"), "enum " + enumeration + @" \{(.*?)\};",
             RegexOptions.Singleline).Groups[1].Value;
         return Regex.Matches(body, prefix + @"(\w+)\s*=\s*(\d+)").Cast<Match>()
             .Select(value => value.Groups[2].Value + " " + value.Groups[1].Value.Replace("_", ""));
@@ -70,9 +70,15 @@ internal static class Headers
 
     internal static string Read(string name) => File.ReadAllText(Path.Combine(Program.Sources, name));
 
+    // A header without its comments.
+    private static string Declared(string name)
+    {
+        return Regex.Replace(Read(name), @"/\*.*?\*/", "", RegexOptions.Singleline);
+    }
+
     private static IEnumerable<Match> Declarations()
     {
-        return Regex.Matches(Read("include/brimlet/brimlet.h"), @"BRIMLET_API \w+ (\w+)\(([^)]*)\);").Cast<Match>();
+        return Regex.Matches(Declared("include/brimlet/brimlet.h"), @"BRIMLET_API \w+ (\w+)\(([^)]*)\);").Cast<Match>();
     }
 
     private static IEnumerable<string> Parameters(Match declaration)

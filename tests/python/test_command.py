@@ -16,6 +16,8 @@ from brimlet import command, output, schema
 from brimlet.functions import FUNCTIONS
 from support import COMMAND, DATA, ROOT, DirectoryTest
 
+WRITE = ("--write", "--create")
+
 
 class CommandTest(DirectoryTest):
     def succeeds(self, *arguments, put=None):
@@ -59,60 +61,64 @@ class CommandTest(DirectoryTest):
 
 class CallTest(CommandTest):
     def test_documents_come_as_arguments_from_files_and_from_standard_input(self):
-        self.assertEqual(self.succeeds("call", "addUsers", '{"D":{"items":[{"id":1}]}}'), "")
-        self.succeeds("call", "addUsers", '[{"id": 2}]')
-        self.succeeds("call", "addUsers", "-", put='{"id": 3, "name": "Żurawska"}')
+        self.assertEqual(self.succeeds("call", *WRITE, "addUsers", '{"D":{"items":[{"id":1}]}}'), "")
+        self.succeeds("call", *WRITE, "addUsers", '[{"id": 2}]')
+        self.succeeds("call", *WRITE, "addUsers", "-", put='{"id": 3, "name": "Żurawska"}')
         file = self.directory / "users.json"
         file.write_text('\ufeff{"D":{"items":[{"id":4}]}}', encoding="utf-8")
-        self.succeeds("call", "addUsers", f"@{file}")
-        self.succeeds("call", "deleteUser", "1")
+        self.succeeds("call", *WRITE, "addUsers", f"@{file}")
+        self.succeeds("call", *WRITE, "deleteUser", "1")
         users = json.loads(self.succeeds("call", "getUsers"))
         self.assertEqual({user["id"]: user["name"] for user in users}, {2: None, 3: "Żurawska", 4: None})
 
     def test_texts_may_begin_with_an_at_sign(self):
-        self.succeeds("call", "setServerIp", "@@here")
+        self.succeeds("call", *WRITE, "setServerIp", "@@here")
         self.assertEqual(json.loads(self.succeeds("call", "getServerIp")), "@here")
 
     def test_a_record_is_json_with_all_its_fields(self):
-        done = self.succeeds("call", "updateDomain", '{"id": 3, "name": "Vale"}')
+        done = self.succeeds("call", *WRITE, "updateDomain", '{"id": 3, "name": "Vale"}')
         self.assertEqual(json.loads(done), {"id": 3, "name": "Vale", "orgId": None, "locale": None})
 
     def test_a_flag_is_the_documents_own(self):
-        done = self.succeeds("call", "updateUser", '{"id": 3, "active": true}')
+        done = self.succeeds("call", *WRITE, "updateUser", '{"id": 3, "active": true}')
         self.assertIs(json.loads(done)["isActive"], False)
 
     def test_a_list_as_a_table_leaves_out_what_is_absent(self):
-        self.succeeds("call", "addUsers", '[{"id": 10, "name": "Anna", "active": 1}, {"id": 9, "domain": 2}]')
+        self.succeeds("call", *WRITE, "addUsers", '[{"id": 10, "name": "Anna", "active": 1}, {"id": 9, "domain": 2}]')
         lines = self.succeeds("call", "getUsers", "--table").splitlines()
         self.assertEqual(lines[0].split(), ["id", "name", "isActive", "domainId"])
         self.assertEqual(sorted(line.split() for line in lines[2:]), [["10", "Anna", "yes"], ["9", "2"]])
 
     def test_a_record_as_a_table_is_field_by_field(self):
-        done = self.succeeds("call", "updateDomain", '{"id": 3, "name": "Vale"}', "--table")
+        done = self.succeeds("call", *WRITE, "updateDomain", '{"id": 3, "name": "Vale"}', "--table")
         self.assertEqual(done, "field  value\n-----  -----\nid     3\nname   Vale\n")
 
     def test_the_exit_status_is_the_code(self):
+        self.session().close()
         self.assertEqual(self.fails(8, "getUser: 8, the store holds nothing that fits", "call", "getUser", "5"), "")
         self.assertEqual(self.fails(8, "getUsers: 8", "call", "getUsers"), "[]\n")
         self.assertEqual(self.fails(8, "getUsers: 8", "call", "getUsers", "--table"), "")
-        self.fails(5, "addUsers: 5", "call", "addUsers", '[{"name": "nobody"}]')
-        self.fails(10, "addUsers: 10", "call", "addUsers", "nonsense")
-        self.fails(11, "updateSection: 11", "call", "updateSection", '{"device": 1, "section": 2}')
+        self.fails(5, "addUsers: 5", "call", *WRITE, "addUsers", '[{"name": "nobody"}]')
+        self.fails(10, "addUsers: 10", "call", *WRITE, "addUsers", "nonsense")
+        self.fails(11, "updateSection: 11", "call", *WRITE, "updateSection", '{"device": 1, "section": 2}')
 
     def test_what_cannot_be_called_is_said(self):
+        self.session().close()
         self.fails(2, "there is no function getUsr, did you mean getUser", "call", "getUsr")
         self.fails(2, "getUser(id) -> User takes 1 arguments, not 0", "call", "getUser")
         self.fails(2, "x is not a number", "call", "getUser", "x")
+        for time in ("nan", "0", "soon"):
+            self.fails(2, f"{time} is not a time in seconds", "--timeout", time, "call", "getUser", "7")
         self.fails(2, "has to be a number of 32 bits", "call", "getUser", "4294967296")
-        self.fails(1, "nowhere.json", "call", "addUsers", "@nowhere.json")
-        self.fails(1, "the shared library cannot be loaded", "--library", "/nowhere.so", "call", "clearAll")
+        self.fails(1, "nowhere.json", "call", *WRITE, "addUsers", "@nowhere.json")
+        self.fails(1, "the shared library cannot be loaded", "--library", "/nowhere.so", "call", *WRITE, "clearAll")
 
     def test_the_functions_of_the_lifecycle_are_called_by_the_launch(self):
-        self.assertEqual(self.succeeds("call", "launchCache"), "")
+        self.assertEqual(self.succeeds("call", *WRITE, "launchCache"), "")
         self.assertTrue(self.file.exists())
         self.assertEqual(self.succeeds("call", "getLaunchCacheResult"), "0\n")
         self.assertEqual(self.succeeds("call", "getState"), "2\n")
-        self.assertEqual(self.succeeds("call", "exitCache"), "")
+        self.assertEqual(self.succeeds("call", *WRITE, "exitCache"), "")
 
     def test_a_free_function_gets_no_record(self):
         self.fails(10, "freeUser: 10, an argument is refused", "call", "freeUser")
@@ -120,34 +126,28 @@ class CallTest(CommandTest):
         self.assertFalse(self.file.exists())
 
     def test_every_function_is_listed_and_can_be_called(self):
+        self.session().close()
         listed = [line.split("(")[0] for line in self.succeeds("functions").splitlines()]
         self.assertEqual(listed, list(FUNCTIONS))
         for name in listed:
             takes = FUNCTIONS[name].takes
             with mock.patch.dict(os.environ), contextlib.redirect_stdout(io.StringIO()), \
                     contextlib.redirect_stderr(io.StringIO()) as errors:
-                status = command.run(["--dir", str(self.directory), "call", name, *["7"] * len(takes)])
+                status = command.run(["--dir", str(self.directory), "call", *WRITE, name, *["7"] * len(takes)])
             self.assertIn(status, (0, 5, 8, 10), name)
             self.assertEqual(errors.getvalue().startswith(f"brimlet: {name}: {status}, "), status != 0)
 
-    def test_a_file_that_is_no_database_is_recovered_from_unless_told_not_to(self):
-        self.file.write_bytes(b"nonsense" * 1000)
-        done = self.fails(6, "103, the file is no database", "--no-recover", "call", "getUsers")
-        self.assertEqual(done, "")
-        self.fails(8, "103, the file is no database or of another version, it was replaced by an empty one; it was "
-                      "removed, and launched again: 100, the file was created", "call", "getUsers")
-
     def test_verbose_lets_the_library_speak(self):
-        self.fails(10, "", "call", "addUsers", "x")
+        self.fails(10, "", "call", *WRITE, "addUsers", "x")
         self.change("CREATE TRIGGER t BEFORE INSERT ON Locales BEGIN SELECT RAISE(ABORT, 'refused'); END")
-        quiet = self.run_command("call", "addLocales", '{"id": 1}')
+        quiet = self.run_command("call", *WRITE, "addLocales", '{"id": 1}')
         self.assertEqual((quiet.returncode, len(quiet.stderr.splitlines())), (9, 1))
-        self.fails(9, "add locales error", "--verbose", "call", "addLocales", '{"id": 1}')
+        self.fails(9, "add locales error", "--verbose", "call", *WRITE, "addLocales", '{"id": 1}')
 
 
 class LoadTest(CommandTest):
     def test_a_folder_is_loaded_in_the_order_of_its_references(self):
-        lines = self.succeeds("load", str(DATA)).splitlines()
+        lines = self.succeeds("load", *WRITE, str(DATA)).splitlines()
         self.assertEqual(lines[0].split(), ["document", "function", "answer"])
         self.assertEqual([line.split()[0] for line in lines[2:11]], [
             "locales.json", "domains.json", "organizations.json", "users.json", "contractors.json", "contracts.json",
@@ -166,7 +166,7 @@ class LoadTest(CommandTest):
         (folder / "users.json").write_text("nonsense")
         (folder / "locales.json").write_text('{"D":{"items":[{"iso":"en"}]}}')
         (folder / "sites.json").write_text('{"D":{"items":[{"id":7}]}}')
-        done = self.fails(5, "", "load", str(folder))
+        done = self.fails(5, "", "load", *WRITE, str(folder))
         self.assertEqual([line.split()[2] for line in done.splitlines()[2:]], ["5,", "10,", "0,"])
         self.succeeds("show", "site", "7")
 
@@ -175,20 +175,20 @@ class LoadTest(CommandTest):
         folder.mkdir()
         (folder / "users.json").write_text('{"D":{"items":[{"id":7}]}}')
         (folder / "people.json").write_text("{}")
-        self.fails(2, "no function takes a document of the name people.json", "load", str(folder))
+        self.fails(2, "no function takes a document of the name people.json", "load", *WRITE, str(folder))
         self.assertFalse(self.file.exists())
-        self.fails(1, "there is no folder", "load", str(self.directory / "nowhere"))
-        self.fails(1, "there is no folder nowhere", "--dir", "nowhere", "load", str(DATA))
+        self.fails(1, "there is no folder", "load", *WRITE, str(self.directory / "nowhere"))
+        self.fails(1, "there is no folder nowhere", "--dir", "nowhere", "load", *WRITE, str(DATA))
 
     def test_a_terminal_shows_the_progress(self):
-        status, screen = self.on_terminal("load", str(DATA), before="sys.modules['rich'] = None")
+        status, screen = self.on_terminal("load", *WRITE, str(DATA), before="sys.modules['rich'] = None")
         self.assertEqual(status, 0)
         self.assertIn("loading [##############################] 38/38", screen)
         self.assertIn("loading [", screen.split("38/38")[0])
 
     @unittest.skipUnless(output.HAS_RICH, "python3-rich is not installed")
     def test_a_terminal_shows_the_progress_by_rich_where_it_is_installed(self):
-        status, screen = self.on_terminal("load", str(DATA))
+        status, screen = self.on_terminal("load", *WRITE, str(DATA))
         self.assertEqual(status, 0)
         self.assertIn("loading", screen)
         self.assertIn("100%", screen)
@@ -243,7 +243,7 @@ Device 10
         self.fails(8, "getDevice: 8", "show", "device", "11")
         self.fails(2, "invalid choice", "show", "zone", "1")
         self.file.unlink()
-        self.fails(1, "there is no CacheDb", "show", "device", "10")
+        self.fails(6, "there is no CacheDb", "show", "device", "10")
         self.assertFalse(self.file.exists())
 
     @unittest.skipUnless(output.HAS_RICH, "python3-rich is not installed")
@@ -254,6 +254,16 @@ Device 10
         status, screen = self.on_terminal("call", "getUsers", "--table")
         self.assertIn("─", screen)
         self.assertIn("Alice", screen)
+
+    def test_a_terminal_obeys_no_text_of_the_store(self):
+        with brimlet.Session(self.directory) as session:
+            session.addUsers({"id": 51, "name": "a\x1b[2J\u202eb"})
+        for before in ("pass", "sys.modules['rich'] = None"):
+            for arguments in (["show", "user", "51"], ["call", "getUser", "51", "--table"]):
+                status, screen = self.on_terminal(*arguments, before=before)
+                self.assertEqual(status, 0)
+                self.assertIn("a\\x1b[2J\\u202eb", screen)
+                self.assertNotIn("\x1b[2J", screen)
 
 
 class EventsTest(CommandTest):
@@ -305,7 +315,7 @@ class InspectTest(CommandTest):
 
     def test_a_file_as_it_should_be(self):
         found = self.look()
-        self.assertEqual((found["schema"], found["pages"]), ([], []))
+        self.assertEqual([found[list] for list in ("leftOut", "missing", "different", "pages")], [[], [], [], []])
         rows = {table["name"]: table["rows"] for table in found["tables"]}
         self.assertEqual(list(rows), list(schema.TABLES))
         self.assertEqual((rows["Events"], rows["Devices"], rows["Version"], rows["Users"]), (5, 1, 1, 0))
@@ -340,11 +350,16 @@ class InspectTest(CommandTest):
                     "PersonsPhone VARCHAR(255), PersonsEmail VARCHAR(255), PersonsPostal VARCHAR(255))")
         done = self.run_command("inspect", "--json")
         self.assertEqual(done.returncode, 1)
-        self.assertEqual(json.loads(done.stdout)["schema"], [
-            "table Users is missing", "table Notes is unknown", "column Domains.DomainsName is missing",
+        found = json.loads(done.stdout)
+        self.assertEqual(found["missing"], [
+            "table Users is missing", "column Domains.DomainsName is missing", "the version is 0.2, not 0.1"])
+        self.assertEqual(found["different"], [
             "column Persons.PersonsId is not part of the key",
             "column Persons.PersonsName is TEXT, not VARCHAR(255)", "column Devices.DevicesNick is unknown",
-            "the version is 0.2, not 0.1"])
+            "table Notes is unknown"])
+        words = self.run_command("inspect").stdout
+        self.assertIn("schema:\n  table Users is missing\n", words)
+        self.assertIn("different, but accepted:\n  column Persons.PersonsId is not part of the key\n", words)
 
     def test_broken_pages(self):
         content = bytearray(self.file.read_bytes())
@@ -370,17 +385,17 @@ class InspectTest(CommandTest):
             (left / name).write_bytes(contents[name])
         connection.close()
         done = json.loads(self.succeeds("--dir", str(left), "inspect", "--json"))
-        self.assertEqual((done["schema"], done["pages"]), ([], []))
+        self.assertEqual((done["missing"], done["pages"]), ([], []))
         self.assertEqual({table["name"]: table["rows"] for table in done["tables"]}["Users"], 0)
         self.assertEqual({file.name: file.read_bytes() for file in left.iterdir()}, contents)
         self.assertGreater(len(contents["CacheDb"]), 100 * 4000)
 
     def test_what_is_no_database_or_not_there(self):
         self.file.write_bytes(b"nonsense" * 1000)
-        self.fails(1, "cannot be read: file is not a database", "inspect")
+        self.fails(6, "cannot be inspected: file is not a database", "inspect")
         self.assertEqual(self.file.read_bytes(), b"nonsense" * 1000)
         self.file.unlink()
-        self.fails(1, "there is no CacheDb", "inspect")
+        self.fails(6, "there is no CacheDb", "inspect")
         self.assertFalse(self.file.exists())
 
     def test_nothing_is_written_and_no_library_is_needed(self):

@@ -1,5 +1,9 @@
 """The companion command `brimlet`: the library's functions and a look at its file, from a shell.
 
+show, events, inspect and the functions get... read a copy of the file and change nothing. load and all other functions
+write, so they need --write. They create a file only with --create. With --recover they rename a file that is not a
+sound store, and start a new one.
+
 The exit status is the code of the function: 0, or what brimlet.h says (8 for not found). 1 means that it did not come
 to a call or that an inspection found something, 2 that the command line is wrong, 6 that the store cannot be used.
 """
@@ -8,10 +12,11 @@ import argparse
 import difflib
 import json
 import os
-import sqlite3
+import signal
 import sys
+from contextlib import contextmanager
 from pathlib import Path
-from typing import Any, Callable, Dict, Optional, Sequence
+from typing import Any, Callable, Dict, Iterator, NoReturn, Optional, Sequence
 
 from .codes import Code, Error, LaunchResult, code_of, error_for
 from .documents import Form
@@ -20,13 +25,17 @@ from .functions import FUNCTIONS, DocumentInput, Function, Gives, Input, NumberI
 from .inspection import Inspection, inspect
 from .library import Library
 from .output import (
-    Table, bytes_shown, complain, print_json, print_table, print_tree, table_of, tree_of, with_progress,
+    Table, bytes_shown, complain, escaped, print_json, print_line, print_table, print_tree, table_of, tree_of,
+    with_progress,
 )
 from .session import FILE_NAME, Session
+from .snapshot import Busy, Missing, Unsound, snapshot
+from .store import put_aside, require_idle, sound_copy
 from .version import __version__
 
 _NOTHING_DONE = 1
 _WRONG_LINE = 2
+_UNUSABLE = int(LaunchResult.FAILED)
 _LAST_TIME = 2**32 - 1
 
 # The records that have an id of their own: getDevice, getSite ...
@@ -45,25 +54,71 @@ class _Failure(Error):
         self.status = status
 
 
-# ---- The library ----
+# ---- The store ----
 
 
-def _open(options: argparse.Namespace, needs_file: bool = False) -> Session:
+def _file(options: argparse.Namespace) -> Path:
     directory = Path(options.dir)
     if not directory.is_dir():
         raise _Failure(f"there is no folder {directory}")
-    if needs_file and not (directory / FILE_NAME).exists():
-        raise _Failure(f"there is no {FILE_NAME} in {directory}")
+    return directory / FILE_NAME
+
+
+@contextmanager
+def _reading(options: argparse.Namespace) -> Iterator[Session]:
+    """The library on a copy of the store."""
+    file = _file(options)
+    try:
+        with sound_copy(file, options.timeout) as copy, _launched(options, copy.file, f"a copy of {file}") as session:
+            yield session
+    except Missing as failure:
+        raise _missing(failure) from None
+    except Unsound as failure:
+        raise _unsound(file, failure, "a writing command with --recover starts a new one") from None
+
+
+@contextmanager
+def _writing(options: argparse.Namespace) -> Iterator[Session]:
+    """The library on the store itself, once that is sound."""
+    file = _file(options)
+    Library.load(options.library)  # before anything is put aside
+    try:
+        with sound_copy(file, options.timeout):
+            pass
+        require_idle(file)
+    except Missing as failure:
+        if not options.create:
+            raise _Failure(f"{failure}; --create creates one", _UNUSABLE) from None
+    except Unsound as failure:
+        if not options.recover:
+            raise _unsound(file, failure, "--recover renames it and starts a new one") from None
+        complain(f"{file} was not a sound store: {failure}; it is kept as {put_aside(file).name}")
+    with _launched(options, file, str(file)) as session:
+        yield session
+
+
+def _require_write(options: argparse.Namespace, what: str) -> None:
+    if not options.write:
+        raise _Failure(f"{what} writes; --write allows it", _WRONG_LINE)
+
+
+def _missing(failure: Missing) -> _Failure:
+    return _Failure(f"{failure}; check --dir, or create one by a writing command with --create",
+                    _UNUSABLE)
+
+
+def _unsound(file: Path, failure: Unsound, cure: str) -> _Failure:
+    return _Failure(f"{file} is not a sound store: {failure}; `brimlet inspect` shows the details, {cure}", _UNUSABLE)
+
+
+def _launched(options: argparse.Namespace, file: Path, words: str) -> Session:
     if not options.verbose:  # the library's debug lines, and a warning about the main thread
         os.environ.setdefault("QT_LOGGING_RULES", "default.debug=false\ndefault.warning=false")
-    session = Session(directory, library=options.library, timeout=options.timeout, recover=not options.no_recover)
-    report = session.report
-    if report.second is not None:
-        complain(f"{int(report.first)}, {report.first.meaning}; it was removed, and launched again: "
-                 f"{int(report.second)}, {report.second.meaning}")
+    session = Session(file.parent, library=options.library, timeout=options.timeout, recover=False)
     if not session.is_usable:
         session.close()
-        raise _Failure(f"{int(report.last)}, {report.last.meaning}", int(LaunchResult.FAILED))
+        result = session.report.last
+        raise _Failure(f"the launch on {words} returned {int(result)}, {result.meaning}", _UNUSABLE)
     return session
 
 
@@ -134,8 +189,11 @@ def _call(options: argparse.Namespace) -> int:
         raise _Failure(f"{entry} takes {len(entry.takes)} arguments, not {len(options.arguments)}", _WRONG_LINE)
     if entry.role is Role.RELEASE:
         return _release(entry, options)
+    is_read = entry.name.startswith("get")
+    if not is_read:
+        _require_write(options, entry.name)
     arguments = [_argument(put, argument) for put, argument in zip(entry.takes, options.arguments)]
-    with _open(options) as session:
+    with _reading(options) if is_read else _writing(options) as session:
         if entry.role is Role.LIFECYCLE:
             return _ask(entry, session, options)
         code, value = session.answer(entry.name, *arguments)
@@ -170,11 +228,12 @@ def _functions(options: argparse.Namespace) -> int:
 
 
 def _load(options: argparse.Namespace) -> int:
+    _require_write(options, "load")
     folder = Path(options.folder)
     if not folder.is_dir():
         raise _Failure(f"there is no folder {folder}")
     steps = plan(folder)
-    with _open(options) as session:
+    with _writing(options) as session:
         done = list(with_progress(load(session, folder, steps), len(steps), "loading"))
     answers = [[step.file, step.function, _answer_shown(step)] for step in done]
     print_table(Table(["document", "function", "answer"], answers))
@@ -191,7 +250,7 @@ def _answer_shown(step: Loaded) -> str:
 
 def _show(options: argparse.Namespace) -> int:
     name = _SHOWN[options.kind]
-    with _open(options, needs_file=True) as session:
+    with _reading(options) as session:
         code, record = session.answer(name, options.id)
     if code == Code.DONE:
         print_tree(tree_of(record))
@@ -199,7 +258,7 @@ def _show(options: argparse.Namespace) -> int:
 
 
 def _events(options: argparse.Namespace) -> int:
-    with _open(options, needs_file=True) as session:
+    with _reading(options) as session:
         code, events = session.answer("getEvents", options.first, options.last)
     if code in (Code.DONE, Code.NOT_FOUND):
         _print_value(sorted(events or [], key=lambda event: (event.time or 0, event.id)), options.table)
@@ -210,13 +269,14 @@ def _events(options: argparse.Namespace) -> int:
 
 
 def _inspect(options: argparse.Namespace) -> int:
-    file = Path(options.dir) / FILE_NAME
-    if not file.exists():
-        raise _Failure(f"there is no {FILE_NAME} in {options.dir}")
+    file = _file(options)
     try:
-        found = inspect(file)
-    except sqlite3.Error as failure:
-        raise _Failure(f"{file} cannot be read: {failure}") from None
+        with snapshot(file) as copy:
+            found = inspect(copy, options.timeout)
+    except Missing as failure:
+        raise _missing(failure) from None
+    except Unsound as failure:
+        raise _Failure(f"{file} cannot be inspected: {failure}", _UNUSABLE) from None
     if options.json:
         print_json(found)
     else:
@@ -225,12 +285,12 @@ def _inspect(options: argparse.Namespace) -> int:
 
 
 def _print_inspection(found: Inspection) -> None:
-    print("schema: " + ("as expected" if not found.schema else ""))
-    for difference in found.schema:
-        print("  " + difference)
-    print("pages: " + ("sound" if not found.pages else ""))
-    for complaint in found.pages:
-        print("  " + complaint)
+    _print_findings("schema", found.missing, "complete" if found.different else "as expected")
+    if found.different:
+        _print_findings("different, but accepted", found.different)
+    _print_findings("pages", found.pages, "sound")
+    if found.leftOut:
+        _print_findings("left out", found.leftOut)
     print()
     sizes = [[size.name, str(size.rows), bytes_shown(size.bytes)] for size in found.tables]
     print_table(Table(["table", "rows", "bytes"], sizes))
@@ -247,16 +307,29 @@ def _print_inspection(found: Inspection) -> None:
         ]))
 
 
+def _print_findings(title: str, findings: Sequence[str], without: str = "") -> None:
+    print_line(f"{title}:" + ("" if findings else f" {without}"))
+    for finding in findings:
+        print_line("  " + finding)
+
+
 # ---- The command line ----
 
 
+class _Parser(argparse.ArgumentParser):
+    """A parser that escapes the words it repeats: a shell may have taken them from the names of files."""
+
+    def error(self, message: str) -> NoReturn:
+        super().error(escaped(message))
+
+
 def _parser() -> argparse.ArgumentParser:
-    parser = argparse.ArgumentParser(prog="brimlet", description=__doc__)
+    parser = _Parser(prog="brimlet", description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--version", action="version", version=f"brimlet {__version__}")
     parser.add_argument("--dir", default=".", metavar="D", help="the folder of the file CacheDb; the current one")
     parser.add_argument("--library", metavar="FILE", help="the shared library")
-    parser.add_argument("--timeout", type=float, default=10.0, metavar="S", help="seconds that a launch may take; 10")
-    parser.add_argument("--no-recover", action="store_true", help="leave a file that was replaced at launch as it is")
+    parser.add_argument("--timeout", type=_seconds, default=10.0, metavar="S",
+                        help="seconds that the check of the file may take, and the launch; 10")
     parser.add_argument("--verbose", action="store_true", help="let the library write its debug lines")
     commands = parser.add_subparsers(metavar="COMMAND", required=True)
 
@@ -266,11 +339,13 @@ def _parser() -> argparse.ArgumentParser:
                       help='in the order of the list; a text or document also as @FILE or, from standard input, "-" '
                            "(a text that begins with @ is written with two); a document may leave out its envelope")
     _add_table(call)
+    _add_write(call)
 
     _command(commands, "functions", _functions, "list the functions, with the arguments that `call` takes")
 
     load_command = _command(commands, "load", _load, "load a folder of documents in the order their references need")
     load_command.add_argument("folder", help="its files are named for their function: users.json, update_site.json ...")
+    _add_write(load_command)
 
     show = _command(commands, "show", _show, "show a record with all that it holds as a tree")
     show.add_argument("kind", choices=sorted(_SHOWN))
@@ -281,9 +356,19 @@ def _parser() -> argparse.ArgumentParser:
     events.add_argument("--to", dest="last", type=int, default=_LAST_TIME, metavar="TIME", help="the last time; no end")
     _add_table(events)
 
-    look = _command(commands, "inspect", _inspect, "look into the file, while the library is not running")
+    look = _command(commands, "inspect", _inspect, "check the file and count its rows; safe on any file")
     look.add_argument("--json", action="store_true", help="print JSON")
     return parser
+
+
+def _seconds(text: str) -> float:
+    try:
+        seconds = float(text)
+    except ValueError:
+        seconds = 0
+    if not seconds > 0:  # not a number included
+        raise argparse.ArgumentTypeError(f"{text} is not a time in seconds")
+    return seconds
 
 
 def _command(
@@ -298,6 +383,13 @@ def _add_table(parser: argparse.ArgumentParser) -> None:
     parser.add_argument("--table", action="store_true", help="print a table instead of JSON")
 
 
+def _add_write(parser: argparse.ArgumentParser) -> None:
+    parser.add_argument("--write", action="store_true", help="allow the command to write to the store")
+    parser.add_argument("--create", action="store_true", help="create the file if there is none")
+    parser.add_argument("--recover", action="store_true",
+                        help="rename a file that is not a sound store to CacheDb.damaged-TIME, and start a new one")
+
+
 def run(arguments: Optional[Sequence[str]] = None) -> int:
     """Runs the command and gives its exit status."""
     options = _parser().parse_args(arguments)
@@ -308,6 +400,9 @@ def run(arguments: Optional[Sequence[str]] = None) -> int:
     except _Failure as failure:
         complain(str(failure))
         return failure.status
+    except Busy as failure:
+        complain(str(failure))
+        return _UNUSABLE
     except UnknownDocument as failure:
         complain(str(failure))
         return _WRONG_LINE
@@ -322,6 +417,14 @@ def run(arguments: Optional[Sequence[str]] = None) -> int:
         return _NOTHING_DONE
 
 
+def _stop(number: int, _: object) -> NoReturn:
+    sys.exit(128 + number)
+
+
 def main() -> None:
     """The entry point."""
+    for name in ("SIGINT", "SIGTERM", "SIGHUP"):  # by an exception, so that the copy of the store is removed
+        number = getattr(signal, name, None)
+        if number and signal.getsignal(number) in (signal.SIG_DFL, signal.default_int_handler):
+            signal.signal(number, _stop)
     sys.exit(run())

@@ -12,7 +12,8 @@ from typing import List, Optional, Tuple
 
 from .codes import BackupFailed
 
-_SUFFIXES = ("", "-journal", "-wal")  # the file, and what SQLite needs beside it after a crash
+SUFFIXES = ("", "-journal", "-wal")
+"""The file, and what SQLite needs beside it after a crash."""
 _DENIED = (errno.EACCES, errno.EPERM, errno.EROFS)
 
 
@@ -65,7 +66,7 @@ class Backup:
 
     def _settle_stale(self) -> None:
         """A backup that a process left when it died may be the only copy of a file."""
-        self._held = [suffix for suffix in _SUFFIXES if _is_regular(self._name + suffix)]
+        self._held = [suffix for suffix in SUFFIXES if _is_regular(self._name + suffix)]
         try:
             self.settle(is_usable=False)
         except OSError as failure:
@@ -75,7 +76,7 @@ class Backup:
     def _hold(self) -> None:
         if not _is_regular(self._file):
             return
-        present = [suffix for suffix in _SUFFIXES if _is_regular(self._file + suffix)]
+        present = [suffix for suffix in SUFFIXES if _is_regular(self._file + suffix)]
         if not any(os.path.getsize(self._file + suffix) for suffix in present):
             return  # an unusable launch leaves an empty file: kept each time, it would push out those that count
         self._before = _identity(os.lstat(self._file))
@@ -95,18 +96,12 @@ class Backup:
             return False
 
     def _keep(self) -> Path:
-        moment = datetime.now(timezone.utc)
-        while any(os.path.lexists(self._kept_name(moment) + suffix) for suffix in _SUFFIXES):
-            moment += timedelta(milliseconds=1)
-        kept = self._kept_name(moment)
+        kept = damaged_name(self._file)
         for suffix in list(self._held):
             os.rename(self._name + suffix, kept + suffix)
             self._held.remove(suffix)
         self._remove_older(os.path.basename(kept))
         return Path(kept)
-
-    def _kept_name(self, moment: datetime) -> str:
-        return f"{self._file}.damaged-{moment:%Y%m%dT%H%M%S}.{moment.microsecond // 1000:03}Z"
 
     def _remove_older(self, kept: str) -> None:
         """Counts by name, since a clock may have been set back; only the file just kept stays in any case."""
@@ -114,9 +109,19 @@ class Backup:
         pattern = re.compile(re.escape(name) + r"\.damaged-[0-9]{8}T[0-9]{6}\.[0-9]{3}Z")
         others = [other for other in os.listdir(folder) if pattern.fullmatch(other) and other != kept]
         for older in sorted(others, reverse=True)[self._limit - 1:]:
-            for suffix in _SUFFIXES:
+            for suffix in SUFFIXES:
                 with suppress(OSError):
                     os.remove(os.path.join(folder, older + suffix))
+
+
+def damaged_name(file: str) -> str:
+    """A name for a damaged file that nothing bears yet."""
+    moment = datetime.now(timezone.utc)
+    while True:
+        name = f"{file}.damaged-{moment:%Y%m%dT%H%M%S}.{moment.microsecond // 1000:03}Z"
+        if not any(os.path.lexists(name + suffix) for suffix in SUFFIXES):
+            return name
+        moment += timedelta(milliseconds=1)
 
 
 def _is_regular(path: str) -> bool:

@@ -1,12 +1,21 @@
 """What the companion command prints. Tables, trees and progress are drawn by rich on a terminal where it is installed,
-and are plain text everywhere else, so that what goes into a pipe or a file is always the same."""
+and are plain text everywhere else, so that what goes into a pipe or a file is always the same.
+
+Texts come from files that nobody vouches for. Characters that a terminal obeys instead of showing them are escaped.
+"""
 
 import json
+import re
 import sys
 from dataclasses import asdict, dataclass, fields, is_dataclass
 from typing import Any, Iterable, Iterator, List, Optional, Sequence, TextIO, TypeVar
 
 T = TypeVar("T")
+
+# What JSON leaves unescaped: DEL and C1, line and paragraph separators, bidirectional controls, halves of pairs.
+_UNSEEN = "\x7f-\x9f\u2028\u2029\u202a-\u202e\u2066-\u2069\ud800-\udfff"
+_CONTROLS = re.compile(f"[\x00-\x1f{_UNSEEN}]")
+_CONTROLS_IN_JSON = re.compile(f"[{_UNSEEN}]")
 
 try:
     import rich.box
@@ -53,7 +62,7 @@ def shown(value: Any) -> str:
     if is_dataclass(value):
         name = getattr(value, "name", None)
         return f"{value.id}" if name is None else f"{value.id} {name}"
-    return str(value).replace("\r", " ").replace("\n", " ")
+    return str(value)
 
 
 def table_of(value: Any) -> Table:
@@ -106,21 +115,29 @@ def _branch(name: str, value: Any) -> Tree:
 # ---- Out ----
 
 
+def escaped(text: str) -> str:
+    """A text that a terminal shows as it is, on one line."""
+    return _CONTROLS.sub(lambda found: found[0].encode("unicode_escape").decode("ascii"), text)
+
+
 def print_json(value: Any) -> None:
     """Prints records as JSON, absent fields as null."""
     is_unicode = (sys.stdout.encoding or "").lower().replace("-", "") == "utf8"
-    text = json.dumps(value, ensure_ascii=False, indent=2, default=asdict)
-    try:
-        text.encode("utf-8")
-    except UnicodeEncodeError:
-        is_unicode = False  # half of a surrogate pair stands alone, and only its escape can be written
-    print(text if is_unicode else json.dumps(value, indent=2, default=asdict))
+    text = json.dumps(value, ensure_ascii=not is_unicode, indent=2, default=asdict)
+    print(_CONTROLS_IN_JSON.sub(lambda found: f"\\u{ord(found[0]):04x}", text))
+
+
+def print_line(line: str) -> None:
+    """Prints a line."""
+    encoding = sys.stdout.encoding or "ascii"
+    print(escaped(line).encode(encoding, "backslashreplace").decode(encoding))
 
 
 def print_table(table: Table) -> None:
     """Prints a table; nothing where it has no columns."""
     if not table.heads:
         return
+    table = Table(table.heads, [[escaped(text) for text in row] for row in table.rows])
     if _draws(sys.stdout):
         drawn = rich.table.Table(box=rich.box.SIMPLE_HEAD)
         for index, head in enumerate(table.heads):
@@ -133,7 +150,7 @@ def print_table(table: Table) -> None:
         rich.console.Console(width=max(rich.console.Console().width, needed)).print(drawn)
     else:
         for line in _plain_table(table):
-            _print_line(line)
+            print_line(line)
 
 
 def print_tree(tree: Tree) -> None:
@@ -142,7 +159,7 @@ def print_tree(tree: Tree) -> None:
         rich.console.Console().print(_rich_tree(tree))
     else:
         for line in _plain_tree(tree, "", ""):
-            _print_line(line)
+            print_line(line)
 
 
 def with_progress(items: Iterable[T], count: int, title: str) -> Iterator[T]:
@@ -158,11 +175,6 @@ def with_progress(items: Iterable[T], count: int, title: str) -> Iterator[T]:
 
 def _draws(stream: TextIO) -> bool:
     return HAS_RICH and stream.isatty()
-
-
-def _print_line(line: str) -> None:
-    encoding = sys.stdout.encoding or "ascii"
-    print(line.encode(encoding, "backslashreplace").decode(encoding))
 
 
 def _is_number_column(table: Table, index: int) -> bool:
@@ -184,7 +196,7 @@ def _plain_table(table: Table) -> Iterator[str]:
 
 
 def _rich_tree(tree: Tree) -> Any:
-    drawn = rich.tree.Tree(rich.text.Text(tree.label))
+    drawn = rich.tree.Tree(rich.text.Text(escaped(tree.label)))
     for branch in tree.branches:
         drawn.add(_rich_tree(branch))
     return drawn
@@ -211,7 +223,7 @@ def _plain_progress(items: Iterable[T], count: int, title: str, width: int = 30)
 
 def complain(words: str) -> None:
     """Prints a line about what went wrong."""
-    print(f"brimlet: {words}", file=sys.stderr)
+    print(f"brimlet: {escaped(words)}", file=sys.stderr)
 
 
 def bytes_shown(count: Optional[int]) -> str:
