@@ -32,7 +32,7 @@ internal static class Story
             }
         }
         Expect(anna.Domain.Locale != null, "a user outlives the session");
-        Console.WriteLine("the story in C# is told");
+        Console.WriteLine("the client in C# has succeeded");
     }
 
     private static void Expect(bool holds, string what)

@@ -68,6 +68,6 @@ int main(void)
     expect(freeUser(user) == BRIMLET_DONE, "a user is freed after the exit");
     expect(freeUser(updated) == BRIMLET_DONE, "another is freed");
     expect(freeUsersArray(users, count) == BRIMLET_DONE, "all users are freed after the exit");
-    puts("the story in C is told");
+    puts("the client in C has succeeded");
     return EXIT_SUCCESS;
 }

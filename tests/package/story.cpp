@@ -35,7 +35,7 @@ int main()
 {
     try {
         tell();
-        std::cout << "the story in C++ is told\n";
+        std::cout << "the client in C++ has succeeded\n";
         return EXIT_SUCCESS;
     } catch (const std::exception &failure) {
         std::cerr << "failed: " << failure.what() << '\n';

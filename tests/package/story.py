@@ -35,4 +35,4 @@ def tell(data: Path) -> None:
 
 
 tell(Path(sys.argv[1]))
-print("the story in Python is told")
+print("the client in Python has succeeded")

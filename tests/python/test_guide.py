@@ -20,7 +20,7 @@ def blocks(guide):
 
 
 class GuideTest(DirectoryTest):
-    def test_the_five_minute_start(self):
+    def test_the_guide(self):
         self.assertEqual(self.run_blocks("docs/python.md"), 7)
 
     def test_the_introduction(self):

@@ -363,7 +363,7 @@ int main(int argc, char **argv)
         unload(name);
         fs::current_path(before);
         fs::remove_all(directory);
-        std::puts("the client's story is told");
+        std::puts("the client has succeeded");
         return EXIT_SUCCESS;
     } catch (const std::exception &failure) {
         std::fprintf(stderr, "failed: %s\n", failure.what());
