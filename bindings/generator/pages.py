@@ -178,5 +178,5 @@ def _general(api: Api, function: Function, condition: str) -> str:
         condition = condition.replace(f"{listed(keys, 'or')} is missing", "an id is missing")
     subject = noun(api.subject(function))
     if subject:
-        condition = re.sub(rf"\b{subject}(?=s?\b)", "record", condition).replace("an record", "a record")
+        condition = re.sub(rf"\b{subject}(?=s?\b)", "record", condition)
     return condition
