@@ -30,7 +30,7 @@ namespace Brimlet
         public string Kept { get; }
     }
 
-    /// <summary>What getSiteNameAndAddress gives.</summary>
+    /// <summary>The name and the address of a site.</summary>
     public sealed class SiteLabel
     {
         internal SiteLabel(string name, string address)
@@ -46,19 +46,20 @@ namespace Brimlet
         public string Address { get; }
     }
 
-    /// <summary>
-    /// The library, from its launch to its exit. One at a time in a process; several threads may use it at once, its
-    /// calls wait for each other.
-    ///
-    /// Every function of brimlet.h that needs a launched library is a method of the same name with a capital. What it
-    /// does, and the codes that it answers, stands in brimlet.h. A read of one record gives null, and a list is empty,
-    /// where the store holds nothing that fits. Every other code but Done is a BrimletException, and a call after
-    /// Dispose an ObjectDisposedException.
-    ///
-    /// The library keeps its file in the working directory at launch, so a session makes its directory the working
-    /// directory of the whole process while it launches, and goes back as soon as the library runs. Other threads
-    /// should not depend on the working directory meanwhile.
-    /// </summary>
+    /// <summary>The library, from its launch to its exit. One at a time in a process; several threads may use it at
+    /// once, its calls wait for each other.</summary>
+    /// <remarks>
+    /// <para>Every function of brimlet.h that needs a launched library is a method of the same name with a capital. If
+    /// the store holds nothing that fits, a read of one record returns null, and a list is empty. Every other result
+    /// code but Done is a BrimletException, and a call after Dispose an ObjectDisposedException.</para>
+    /// <para>The texts named json are JSON objects whose member "D" is the payload. A batch is
+    /// {"D":{"items":[{...},{...}]}}, a document of one record {"D":{...}}, an id-only document {"D":{"op_id":7}} with
+    /// the keys that the method names. The properties of the records name the other keys. A flag is 1 or 0; true is
+    /// stored as 0. Adding replaces a stored record as a whole, updating keeps what the document leaves out.</para>
+    /// <para>The library keeps its file in the working directory at launch, so a session makes its directory the
+    /// working directory of the whole process while it launches, and goes back as soon as the library runs. Other
+    /// threads should not depend on the working directory meanwhile.</para>
+    /// </remarks>
     public sealed unsafe partial class Session : IDisposable
     {
         private static readonly TimeSpan defaultTimeout = TimeSpan.FromSeconds(10);
@@ -67,14 +68,11 @@ namespace Brimlet
         private readonly FileKeeper keeper;
         private bool isDisposed;
 
-        /// <summary>
-        /// Launches the library on a thread of its own and waits until it runs.
-        ///
-        /// A file that fails its checks is replaced at launch by one that cannot be used. So a session recovers unless
-        /// it is told not to: it exits, removes that file and its journal, and launches again. Both results stand in
-        /// Report. What was replaced is kept in the directory as CacheDb.damaged- with the time, and with the -journal
-        /// and -wal that it had.
-        /// </summary>
+        /// <summary>Launches the library on a thread of its own and waits until it runs.</summary>
+        /// <remarks>A file that fails its checks is replaced at launch by one that cannot be used. So a session
+        /// recovers unless it is told not to: it exits, removes that file and its journal, and launches again. Both
+        /// results stand in <see cref="Report"/>. What was replaced is kept in the directory as CacheDb.damaged- with
+        /// the time, and with the -journal and -wal that it had.</remarks>
         /// <param name="directory">Where the file is. It has to exist.</param>
         /// <param name="timeout">How long each launch may take: 10 seconds where nothing is said, without end for
         /// Timeout.InfiniteTimeSpan.</param>
@@ -119,10 +117,10 @@ namespace Brimlet
         /// <summary>Whether the store can be read and written.</summary>
         public bool IsUsable => Report.Last.IsUsable();
 
-        /// <summary>What getState answers; it may be asked at any time.</summary>
+        /// <summary>The state of the library, at any time.</summary>
         public State State => Native.getState();
 
-        /// <summary>What getLaunchCacheResult answers; it may be asked at any time.</summary>
+        /// <summary>The result of the launch, at any time.</summary>
         public LaunchResult LaunchResult => Native.getLaunchCacheResult();
 
         /// <summary>Exits, after a call that another thread is in, and waits for the launch thread. A session that
@@ -171,13 +169,9 @@ namespace Brimlet
 
         // ---- Shapes of the calls ----
 
-        private delegate Code TextIn(char* text, uint length);
-        private delegate Code RecordOut(ref IntPtr record);
-        private delegate Code RecordById(ref IntPtr record, uint id);
-        private delegate Code RecordForText(ref IntPtr record, char* json, uint length);
+        private delegate Code BlockOut(ref IntPtr block);
+        private delegate Code BlocksOut(ref IntPtr first, ref IntPtr second);
         private delegate Code ArrayOut(ref IntPtr records, ref uint count);
-        private delegate Code ArrayForField(ref IntPtr records, ref uint count, char* key, uint keyLength, char* value,
-            uint valueLength);
 
         // The lock lets its own thread in again, and so a callback that the client has given to Qt or SQLite. The
         // library must not be entered twice.
@@ -224,33 +218,17 @@ namespace Brimlet
 
         private void Run(Func<Code> function, [CallerMemberName] string call = null) => Expect(Call(function), call);
 
-        private void Send(TextIn function, string text, [CallerMemberName] string call = null)
-        {
-            using (var pinned = new PinnedText(text))
-            {
-                Run(() => function(pinned.Units, pinned.Length), call);
-            }
-        }
-
         // A record that has to come back.
-        private T Exchange<T>(Kind<T> kind, RecordForText function, string json,
-            [CallerMemberName] string call = null)
+        private T Exchange<T>(Kind<T> kind, BlockOut function, [CallerMemberName] string call = null)
         {
-            using (var pinned = new PinnedText(json))
             using (var handle = new RecordHandle(kind.Free))
             {
-                Expect(Take(handle, (ref IntPtr record) => function(ref record, pinned.Units, pinned.Length)), call);
+                Expect(Take(handle, function), call);
                 return kind.Read(handle.Block);
             }
         }
 
-        private T Get<T>(Kind<T> kind, RecordById function, uint id, [CallerMemberName] string call = null)
-            where T : class
-        {
-            return Get(kind, (ref IntPtr record) => function(ref record, id), call);
-        }
-
-        private T Get<T>(Kind<T> kind, RecordOut function, [CallerMemberName] string call = null) where T : class
+        private T Get<T>(Kind<T> kind, BlockOut function, [CallerMemberName] string call = null) where T : class
         {
             using (var handle = new RecordHandle(kind.Free))
             {
@@ -274,18 +252,34 @@ namespace Brimlet
             }
         }
 
-        private IReadOnlyList<T> Find<T>(Kind<T> kind, ArrayForField function, string key, string value,
-            [CallerMemberName] string call = null)
+        private string Text(BlockOut function, [CallerMemberName] string call = null)
         {
-            using (var pinnedKey = new PinnedText(key))
-            using (var pinnedValue = new PinnedText(value))
+            using (var text = new TextHandle())
             {
-                return List(kind, (ref IntPtr records, ref uint count) => function(ref records, ref count,
-                    pinnedKey.Units, pinnedKey.Length, pinnedValue.Units, pinnedValue.Length), call);
+                Expect(Take(text, function), call);
+                return Blocks.Text((char*)text.Block);
             }
         }
 
-        private Code Take(BlockHandle handle, RecordOut function)
+        private SiteLabel Label(BlocksOut function, [CallerMemberName] string call = null)
+        {
+            using (var name = new TextHandle())
+            using (var address = new TextHandle())
+            {
+                Code code = Take(name, (ref IntPtr nameBlock) =>
+                {
+                    IntPtr addressBlock = IntPtr.Zero;
+                    Code answer = function(ref nameBlock, ref addressBlock);
+                    address.Take(addressBlock);
+                    return answer;
+                });
+                return IsFound(code, call)
+                    ? new SiteLabel(Blocks.Text((char*)name.Block), Blocks.Text((char*)address.Block))
+                    : null;
+            }
+        }
+
+        private Code Take(BlockHandle handle, BlockOut function)
         {
             return Call(() =>
             {

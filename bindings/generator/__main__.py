@@ -1,56 +1,90 @@
 """Writes what is made from the public headers and from the library's own lists: one template for each file.
 
-usage: python3 -m generator DESCRIBE [--check]     DESCRIBE is the program that prints the library's lists
+usage: python3 -m generator [DESCRIBE] [--check]     DESCRIBE is the program that prints the library's lists
+
+Without DESCRIBE it writes only what the headers alone decide. That comes first, since DESCRIBE is built with the list
+of exports.
 """
 
 import argparse
 import difflib
-import json
+import functools
+import html
 import keyword
 import re
-import subprocess
 import sys
 import textwrap
 from pathlib import Path
-from typing import Dict, List, Tuple
+from typing import Dict, List, Optional, Tuple
 
 import jinja2
 
-from . import check, model
+from . import agreement, check, lists, model, pages
 
 OUTPUTS = {
     "bindings/cpp/brimlet/calls.hpp": "calls.hpp",
     "bindings/cpp/brimlet/codes.hpp": "codes.hpp",
     "bindings/cpp/brimlet/records.hpp": "records.hpp",
+    "bindings/dotnet/Generated/FlatRecords.cs": "FlatRecords.cs",
+    "bindings/dotnet/Generated/Native.cs": "Native.cs",
+    "bindings/dotnet/Generated/Records.cs": "Records.cs",
+    "bindings/dotnet/Generated/ResultCodes.cs": "ResultCodes.cs",
+    "bindings/dotnet/Generated/SessionCalls.cs": "SessionCalls.cs",
     "bindings/python/brimlet/codes.py": "codes.py.jinja",
     "bindings/python/brimlet/functions.py": "functions.py.jinja",
     "bindings/python/brimlet/records.py": "records.py.jinja",
+    "docs/result-codes.md": "result-codes.md",
     "src/api/exports.txt": "exports.txt",
     "tests/abi/layout.txt": "layout.txt",
 }
-"""Each file with its template."""
+"""Each file with its template. Of a page in docs the template writes the regions that are marked as generated."""
+
+OUTPUTS_WITH_LISTS = {
+    "bindings/python/brimlet/schema.py": "schema.py.jinja",
+    "docs/documents.md": "documents.md",
+    "docs/file.md": "file.md",
+}
+"""Those that the library's lists decide as well."""
 
 
-def render(describe: str) -> Dict[Path, str]:
-    """The text of each file."""
+def render(describe: Optional[str]) -> Dict[Path, str]:
+    """The text of each file, without the program only of those that the headers alone decide."""
     api = model.read()
-    findings = check.findings(api)
-    if findings:
-        raise SystemExit("\n".join(findings))
-    lists = json.loads(subprocess.run([describe], check=True, stdout=subprocess.PIPE).stdout)
+    refuse(check.findings(api))
+    library = lists.read(describe) if describe else None
+    if library:
+        refuse(agreement.findings(api, library))
     environment = jinja2.Environment(
         loader=jinja2.FileSystemLoader(Path(__file__).parent / "templates"), undefined=jinja2.StrictUndefined,
         trim_blocks=True, lstrip_blocks=True, keep_trailing_newline=True,
     )
     environment.filters.update(wrap=wrap, layout=layout, camel=camel, phrase=phrase, view=view, member=member)
     environment.filters.update(python=python, identifier=identifier)
-    return {model.ROOT / path: environment.get_template(template).render(api=api, lists=lists, model=model)
-            for path, template in OUTPUTS.items()}
+    environment.filters.update(pascal=pascal, verbatim=verbatim, fold=fold, element=element,
+                               xml=functools.partial(xml, references(api)))
+    environment.filters.update(row=pages.row, cell=pages.cell, code=functools.partial(pages.code, api))
+    texts = {}
+    for name, template in {**OUTPUTS, **(OUTPUTS_WITH_LISTS if library else {})}.items():
+        path = model.ROOT / name
+        text = environment.get_template(template).render(api=api, lists=library, model=model, pages=pages)
+        if path.parent.name == "docs":
+            try:
+                text = pages.splice(path.read_text(encoding="utf-8"), text)
+            except pages.RegionError as error:
+                refuse([f"{name}: {error}"])
+        texts[path] = text
+    return texts
+
+
+def refuse(findings: List[str]) -> None:
+    """Ends the program if there are findings."""
+    if findings:
+        raise SystemExit("\n".join(findings))
 
 
 def main() -> None:
     parser = argparse.ArgumentParser(prog="generator", description=__doc__)
-    parser.add_argument("describe")
+    parser.add_argument("describe", nargs="?", help="the program that prints the library's lists")
     parser.add_argument("--check", action="store_true", help="write nothing, and fail if a file is not up to date")
     options = parser.parse_args()
     differences = ""
@@ -60,6 +94,7 @@ def main() -> None:
             name = str(path.relative_to(model.ROOT))
             differences += "".join(difflib.unified_diff(old.splitlines(True), text.splitlines(True), name, name))
         elif text != old:
+            path.parent.mkdir(exist_ok=True)
             path.write_text(text, encoding="utf-8")
     if differences:
         sys.exit(f"{differences}\nThese files are not up to date: run scripts/generate and commit what it writes.")
@@ -135,6 +170,51 @@ def python(words: str) -> str:
 def identifier(name: str) -> str:
     """A name that is no keyword of Python."""
     return name + "_" if keyword.iskeyword(name) else name
+
+
+# ---- C# ----
+
+
+def pascal(name: str) -> str:
+    """The name of a public member: GetUser for getUser."""
+    return name[0].upper() + name[1:]
+
+
+def verbatim(name: str) -> str:
+    """The name of a parameter, marked if it is a keyword."""
+    return f"@{name}" if name == "event" else name
+
+
+def fold(statement: str, width: int = 120) -> str:
+    """A line of code, broken behind the parameters of a lambda and behind commas if it is too long."""
+    if len(statement) <= width:
+        return statement
+    indent = " " * (len(statement) - len(statement.lstrip()) + 4)
+    head, arrow, body = statement.partition(") => ")
+    if arrow:
+        return f"{head}) =>\n{fold(indent + body, width)}"
+    kept = statement.replace(" ", "\0").replace(",\0", ", ")
+    return textwrap.fill(kept, width, subsequent_indent=indent, break_long_words=False).replace("\0", " ")
+
+
+def element(text: str, tag: str, indent: int) -> str:
+    """An element of a documentation comment, in as many lines as it takes."""
+    kept = re.sub("<[^>]*>", lambda mark: mark[0].replace(" ", "\0"), f"<{tag}>{text}</{tag.split()[0]}>")
+    return wrap(kept, " " * indent + "/// ").replace("\0", " ")
+
+
+def xml(references: Dict[str, str], text: str) -> str:
+    """A text of the headers in a documentation comment, with references to what C# has for the names in it."""
+    text = re.sub(r"`(\w+)`", r'<paramref name="\1"/>', html.escape(text, quote=False))
+    return re.sub(r"\b\w+\b", lambda name: f'<see cref="{references[name[0]]}"/>' if name[0] in references else name[0],
+                  text)
+
+
+def references(api: model.Api) -> Dict[str, str]:
+    """What C# has for the names of the headers. Records are qualified, because some properties have their names."""
+    records = {record.name: record.name.replace("Flat", "Brimlet.", 1) for record in api.records}
+    return {**records, **{function.name: f"Session.{pascal(function.name)}" for function in api.functions
+                          if function.role is model.Role.CALL}}
 
 
 if __name__ == "__main__":

@@ -12,7 +12,7 @@ import xml.etree.ElementTree as ElementTree
 from dataclasses import dataclass
 from enum import Enum
 from pathlib import Path
-from typing import Dict, Iterator, List, Optional, Tuple
+from typing import Dict, Iterator, List, Optional, Sequence, Tuple
 from xml.etree.ElementTree import Element
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -192,6 +192,25 @@ class Function:
         """Whether it reads an array, which may be empty for the client of a binding. Adding events is no read."""
         return self.gives is Gives.ARRAY and not any(put.takes is Takes.DOCUMENT for put in self.inputs)
 
+    @property
+    def nothing(self) -> str:
+        """When a read finds no record or an array has none, so that BRIMLET_NOT_FOUND is no failure. Empty if never."""
+        is_read = not any(result.name == "BRIMLET_WRITE_FAILED" for result in self.results)
+        return next((result.condition for result in self.results
+                     if result.name == "BRIMLET_NOT_FOUND" and (is_read or self.gives is Gives.ARRAY)), "")
+
+    @property
+    def failures(self) -> List[Result]:
+        """The outcomes that are errors, if a binding returns nothing where there is nothing to return."""
+        return [result for result in self.outcomes if result.name != "BRIMLET_DONE"
+                and not (result.name == "BRIMLET_NOT_FOUND" and self.nothing)]
+
+    @property
+    def enumeration(self) -> str:
+        """The enumeration that its result is a value of, or empty."""
+        found = re.search(r"\bBrimlet\w+", self.returned)
+        return found[0] if found else "BrimletResult" if self.results else ""
+
 
 def _record_of(parameter: Parameter) -> str:
     found = re.fullmatch(r"(Flat\w+) \*+", parameter.type)
@@ -281,6 +300,11 @@ class Enumeration:
         """What the names of its values begin with."""
         return os.path.commonprefix([value.name for value in self.values])
 
+    @property
+    def type(self) -> str:
+        """Its name in the bindings."""
+        return "Code" if self.name == "BrimletResult" else self.name.replace("Brimlet", "", 1)
+
 
 # ---- All of it ----
 
@@ -320,6 +344,19 @@ class Api:
     def subject(self, function: Function) -> str:
         """The flat record that the group of a function is about, or empty."""
         return next((other.record for other in self.functions if other.family == function.family and other.record), "")
+
+
+# ---- Words of other modules ----
+
+
+def noun(record: str) -> str:
+    """A record in words: "device user" for FlatDeviceUser or DeviceUser."""
+    return re.sub("(?<=[a-z])(?=[A-Z])", " ", re.sub("^Flat", "", record)).lower()
+
+
+def listed(words: Sequence[str], conjunction: str) -> str:
+    """Words as a list in a sentence: "a, b or c"."""
+    return f" {conjunction} ".join(filter(None, (", ".join(words[:-1]), *words[-1:])))
 
 
 class HeaderError(Exception):

@@ -22,6 +22,8 @@ enum BrimletResult {
     /**
      * A required member of the document is missing, or a member has a wrong type.
      *
+     * Nothing was written.
+     *
      * Cause: the text is a JSON object, but it lacks "D", the "items" of a batch or a required key, or a value has a
      * wrong type, for example null. One bad record refuses a whole batch.
      *

@@ -27,6 +27,7 @@
 //         "field": "id",               the field of the flat record that shows it
 //         "count": "zonesCount",       the field that counts "objects" and "numbers"
 //         "column": "UsersId"}]}],     the column that keeps it; not with "objects", "numbers" and "object" without one
+//   "schemaVersion": "0.1",           what the file's one row of Version holds
 //   "tables": [in order of creation
 //     {"name": "Zones",
 //      "columns": [{"name": "ZonesDeviceId", "type": "UNSIGNED BIG INT"}, ...],
@@ -368,18 +369,20 @@ QJsonObject describeTable(const QString &name, const QSqlDatabase &database)
     return {{"name", name}, {"columns", columns}, {"primaryKey", QJsonArray::fromStringList(primaryKey.values())}};
 }
 
-// The connection of a store is registered under an empty name.
-QJsonArray describeTables()
+// The tables of a new store, and the version that it is stamped with.
+void describeStore(QJsonObject &description)
 {
     controller::SQLiteDatabase store;
     if (!store.create(QStringLiteral(":memory:")))
         qFatal("the library cannot create its tables in memory");
-    const QSqlDatabase database = QSqlDatabase::database(QString());
+    const QSqlDatabase database = QSqlDatabase::database(QString()); // the store registers it under an empty name
     QJsonArray tables;
     QSqlQuery query(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY rowid"), database);
     while (query.next())
         tables.append(describeTable(query.value(0).toString(), database));
-    return tables;
+    description[QLatin1String("tables")] = tables;
+    if (query.exec(QStringLiteral("SELECT VersionNumber FROM Version")) && query.next())
+        description[QLatin1String("schemaVersion")] = query.value(0).toString();
 }
 
 QJsonObject describeLibrary()
@@ -389,7 +392,9 @@ QJsonObject describeLibrary()
     documents::forEachExport(documentRecords);
     Functions functions(records);
     documents::forEachExport(functions);
-    return {{"functions", functions.descriptions}, {"records", records.descriptions}, {"tables", describeTables()}};
+    QJsonObject description{{"functions", functions.descriptions}, {"records", records.descriptions}};
+    describeStore(description);
+    return description;
 }
 
 } // namespace

@@ -115,6 +115,9 @@ class ShapeTest(unittest.TestCase):
             "Users", "Domains", "Organizations", "Locales", "Persons", "Contractors", "Contracts", "Zones", "Sections",
             "Devices", "Locations", "Sites", "DeviceUsers", "Events", "DeviceUserSectionLinks", "Session", "Version"])
 
+    def test_version_of_the_schema(self):
+        self.assertEqual(DESCRIPTION["schemaVersion"], "0.1")
+
     def test_tables_of_users_and_device_users(self):
         self.assertEqual(TABLES["Users"], {
             "name": "Users", "primaryKey": ["UsersId"],

@@ -59,6 +59,16 @@ internal static class Headers
         }
     }
 
+    // The results of a function with their conditions, such as NOTFOUND with "the store has no user with this id".
+    internal static IEnumerable<KeyValuePair<string, string>> Results(string function)
+    {
+        string before = Regex.Split(Read("include/brimlet/brimlet.h"), @"BRIMLET_API \w+ " + function + @"\(")[0];
+        string comment = before.Substring(before.LastIndexOf("/**"));
+        return Regex.Matches(comment, @"@retval BRIMLET_(\w+)\s+(.*?)\s+\*(?= @retval|/)", RegexOptions.Singleline)
+            .Cast<Match>().Select(result => new KeyValuePair<string, string>(
+                result.Groups[1].Value.Replace("_", ""), result.Groups[2].Value));
+    }
+
     // "7 READFAILED" for each value of an enumeration of ResultCodes.h, without the enumeration's prefix.
     internal static IEnumerable<string> Codes(string enumeration, string prefix)
     {

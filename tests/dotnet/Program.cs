@@ -10,6 +10,7 @@ internal static class Program
     {
         { "Layout", LayoutTest.Run },
         { "Names", NamesTest.Run },
+        { "Comments", CommentsTest.Run },
         { "Story", StoryTest.Run },
         { "Records", RecordsTest.Run },
         { "Errors", ErrorsTest.Run },

@@ -1,5 +1,5 @@
 # Runs the program and the commands of the document in an empty directory, and compares the output with that of the
-# document.
+# document. The compiler's warnings count as output, so a public member without a documentation comment fails.
 #   -DDOCUMENT=... -DBINDING=... -DDIRECTORY=...
 file(READ ${DOCUMENT} document)
 

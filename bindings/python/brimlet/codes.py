@@ -54,7 +54,7 @@ class NoBlock(CallError):
 
 
 class Incomplete(CallError, ValueError):
-    """5: a required member of the document is missing, or a member has a wrong type."""
+    """5: a required member of the document is missing, or a member has a wrong type. Nothing was written."""
 
 
 class ReadFailed(CallError):
