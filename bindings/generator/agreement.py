@@ -2,7 +2,7 @@
 what to write there. Pages and bindings are written from both."""
 
 import re
-from typing import Iterator, List, Optional
+from typing import Iterator, List
 
 from . import lists, model
 from .model import Api, Form, Kind, listed, noun
@@ -16,12 +16,10 @@ _KINDS = {
 
 
 def findings(api: Api, library: lists.Lists) -> List[str]:
-    """All disagreements, those of functions first. Empty if the headers say what the library does."""
+    """All disagreements, in the order of the headers. Empty if the headers say what the library does."""
     found: List[str] = []
-    functions = {function.name: function for function in library.functions}
     for function in api.functions:
-        found += (f"{function.place}: {function.name}: {text}"
-                  for text in _of_function(api, function, functions.get(function.name)))
+        found += (f"{function.place}: {function.name}: {text}" for text in _of_function(function, library))
     records = {record.flat: record for record in library.records}
     for flat in api.records:
         if flat.name not in records:
@@ -40,33 +38,34 @@ def _quoted(keys: List[str], conjunction: str) -> str:
 # ---- Functions ----
 
 
-def _of_function(api: Api, function: model.Function, library: Optional[lists.Function]) -> Iterator[str]:
+def _of_function(function: model.Function, library: lists.Lists) -> Iterator[str]:
     puts = {put.name: put for put in function.inputs}
-    if library is None:
+    known = next((known for known in library.functions if known.name == function.name), None)
+    if known is None:
         if "json" in puts:
             yield "name its document in src/api/DocumentFunctions.h."
         return
-    name = "key" if library.form == "search" else "json"
+    name = "key" if known.form == "search" else "json"
     if name not in puts:
         yield f"give the parameter of its {'search' if name == 'key' else 'document'} the name {name}."
-    elif library.form == "search":
-        yield from _of_search(api.record(function.record), puts[name].words, library)
+    elif known.form == "search":
+        yield from _of_search(puts[name].words, known, library.record(known.record))
     else:
-        yield from _of_document(puts[name].words, library)
+        yield from _of_document(puts[name].words, known)
 
 
-def _of_search(flat: model.Record, words: str, library: lists.Function) -> Iterator[str]:
-    others = [key for field in flat.fields for key in field.keys if key not in library.searches]
-    if not words.startswith(f"key of {flat.name}") or set(re.findall(r'"(\w+)"', words)) != set(others):
-        exceptions = f", except {_quoted(list(dict.fromkeys(others)), 'and')}" if others else ""
-        yield f"write \"key of {flat.name}{exceptions}\" as the words of key."
+def _of_search(words: str, known: lists.Function, record: lists.Record) -> Iterator[str]:
+    others = [key for member in record.members for key in member.keys if key not in known.searches]
+    if not words.startswith(f"key of {record.flat}") or set(re.findall(r'"(\w+)"', words)) != set(others):
+        exceptions = f", except {_quoted(others, 'and')}" if others else ""
+        yield f"write \"key of {record.flat}{exceptions}\" as the words of key."
 
 
-def _of_document(words: str, library: lists.Function) -> Iterator[str]:
-    beginning = _FORMS[library.form].value + noun(library.record)
+def _of_document(words: str, known: lists.Function) -> Iterator[str]:
+    beginning = _FORMS[known.form].value + noun(known.record)
     if not words.startswith(beginning):
         yield f"begin the words of json with \"{beginning.strip()}\"."
-    keys = [one.key for one in library.ids]
+    keys = [one.key for one in known.ids]
     if re.findall(r'"(\w+)"', words) != keys:
         yield f"name {_quoted(keys, 'and') or 'no key'} in the words of json{', and no other key' if keys else ''}."
 

@@ -37,8 +37,9 @@ def splice(page: str, rendered: str) -> str:
 
 def code(api: Api, words: str) -> str:
     """Words of the headers with their keys and names as code."""
-    names = "|".join([function.name for function in api.functions] + [record.name for record in api.records])
-    return re.sub(rf'"(\w+)"|\b(BRIMLET_\w+|\w+\.h|{names})\b', lambda found: f"`{found[1] or found[2]}`", words)
+    names = "|".join([r"\w+\.h", r"BRIMLET_\w+", r"(?:Brimlet|Flat)[A-Z]\w+"] +
+                     [function.name for function in api.functions])
+    return re.sub(rf'"(\w+)"|\b({names})\b', lambda found: f"`{found[1] or found[2]}`", words)
 
 
 def row(cells: Sequence[object]) -> str:
@@ -176,4 +177,6 @@ def _general(api: Api, function: Function, condition: str) -> str:
     if keys:
         condition = condition.replace(f"{listed(keys, 'or')} is missing", "an id is missing")
     subject = noun(api.subject(function))
-    return re.sub(rf"\b{subject}(?=s?\b)", "record", condition).replace("an record", "a record") if subject else condition
+    if subject:
+        condition = re.sub(rf"\b{subject}(?=s?\b)", "record", condition).replace("an record", "a record")
+    return condition

@@ -1,43 +1,14 @@
 """Deliberately wrong headers: each mistake has a message with the place and the cure."""
 
-import shutil
-import tempfile
 import unittest
-from pathlib import Path
 
 from generator import check, model
+from support import SpoiledHeaders
 
-HEADERS = ("brimlet.h", "FlatRecords.h", "ResultCodes.h")
 
-
-class CheckTest(unittest.TestCase):
-    def setUp(self):
-        directory = tempfile.TemporaryDirectory()
-        self.addCleanup(directory.cleanup)
-        self.folder = Path(directory.name)
-        for header in HEADERS:
-            shutil.copy(model.HEADERS / header, self.folder)
-
+class CheckTest(SpoiledHeaders):
     def findings(self):
         return check.findings(model.read(self.folder))
-
-    def spoil(self, header, right, wrong, *, inside=""):
-        """Replaces a text that occurs once, in the header or after the text `inside` in it."""
-        path = self.folder / header
-        before, mark, text = path.read_text(encoding="utf-8").partition(inside) if inside else (
-            "", "", path.read_text(encoding="utf-8"))
-        self.assertTrue(mark or not inside, inside)
-        self.assertIn(right, text)
-        if not inside:
-            self.assertEqual(text.count(right), 1, right)
-        path.write_text(before + mark + text.replace(right, wrong, 1), encoding="utf-8")
-
-    def finds(self, *expected):
-        """Holds the findings against places and sentences, the line numbers left out."""
-        found = [finding.split(": ", 1) for finding in self.findings()]
-        for place, _ in found:
-            self.assertRegex(place, r"^(brimlet|FlatRecords|ResultCodes)\.h:\d+$")
-        self.assertEqual([sentence for _, sentence in found], list(expected))
 
     def test_the_headers_are_as_they_should_be(self):
         self.finds()

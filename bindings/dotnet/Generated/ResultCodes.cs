@@ -11,6 +11,7 @@ namespace Brimlet
         NoBlock = 3,
 
         /// <summary>A required member of the document is missing, or a member has a wrong type.</summary>
+        /// <remarks>Nothing was written.</remarks>
         Incomplete = 5,
 
         /// <summary>The store could not be read.</summary>
