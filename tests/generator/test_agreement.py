@@ -1,4 +1,4 @@
-"""Headers and lists that disagree on purpose: each mistake has its sentence, with the place and what to write."""
+"""Headers and lists that deliberately disagree: each mistake has a message with the place and the cure."""
 
 import copy
 import json

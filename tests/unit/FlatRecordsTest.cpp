@@ -1,5 +1,5 @@
-// The flat records: where their fields lie, which pair of the form carries each, what a record becomes, and how it is
-// released, field by field.
+// The flat records: the place of each field, the pair of the form that fills it, the conversion of a record, and its
+// release, field by field.
 #include "brimlet/brimlet.h"
 
 #include "api/EventFlat.h"
@@ -267,7 +267,7 @@ std::optional<Cell> value(const Cell *cell)
     return cell ? std::optional<Cell>(*cell) : std::nullopt;
 }
 
-// The text up to its first zero unit, or "null".
+// The text up to its NUL terminator, or "null".
 std::string text(const uint16_t *units)
 {
     return units ? QString::fromUtf16(units).toStdString() : "null";

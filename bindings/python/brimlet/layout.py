@@ -22,12 +22,12 @@ TextPointer = ctypes.POINTER(ctypes.c_uint16)
 
 
 def units_of(text: str) -> bytes:
-    """UTF-16 of a text. Halves of surrogate pairs that stand alone pass as they are, here and on the way back."""
+    """The UTF-16 of a text. Unpaired surrogates pass unchanged, in both directions."""
     return text.encode(_ENCODING, "surrogatepass")
 
 
 def read_text(pointer: Any) -> Optional[str]:
-    """The text behind a pointer to UTF-16 ended by a zero unit; None for a null pointer."""
+    """The text at a pointer to NUL-terminated UTF-16; None for a null pointer."""
     if not pointer:
         return None
     return array("H", takewhile(bool, pointer)).tobytes().decode(_ENCODING, "surrogatepass")
