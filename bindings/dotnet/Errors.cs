@@ -24,7 +24,7 @@ namespace Brimlet
     public sealed class BrimletException : Exception
     {
         internal BrimletException(string call, Code code)
-            : base(call + " answered " + (uint)code + ", " + code.Meaning())
+            : base(call + " returned " + (uint)code + ", " + code.Meaning())
         {
             Code = code;
         }

@@ -53,7 +53,7 @@ internal static class ErrorsTest
         {
             BrimletException thrown = Check.Throws<BrimletException>("a mistake", () => session.DeleteUser("{}"));
             Check.Equal("its message names the call, the code and its meaning",
-                "DeleteUser answered 5, a required member of the document is missing, or a member has a wrong type",
+                "DeleteUser returned 5, a required member of the document is missing, or a member has a wrong type",
                 thrown?.Message);
         }
         foreach (Code code in Enum.GetValues(typeof(Code)))

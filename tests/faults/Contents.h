@@ -34,8 +34,8 @@ constexpr bool isSanitized = false;
 
 // True in the long form of these tests, which BRIMLET_FAULTS=long asks for.
 bool isLongForm();
-// A count of the bounded form; many times that in the long one, and fewer in a sanitized build, where a child is slow and
-// the test is about the code more than the file.
+// A count of the bounded form; many times that in the long one, and fewer in a sanitized build, where a child is slow
+// and the test is about the code more than the file.
 int scaled(int count);
 // The step of loops over every n: 1, except in the bounded form of a sanitized build.
 unsigned stride();
