@@ -33,6 +33,7 @@ OUTPUTS = {
     "bindings/python/brimlet/codes.py": "codes.py.jinja",
     "bindings/python/brimlet/functions.py": "functions.py.jinja",
     "bindings/python/brimlet/records.py": "records.py.jinja",
+    "bindings/python/brimlet/version.py": "version.py.jinja",
     "docs/result-codes.md": "result-codes.md",
     "src/api/exports.txt": "exports.txt",
     "tests/abi/layout.txt": "layout.txt",
