@@ -66,7 +66,7 @@ class CodesTest(DirectoryTest):
     def test_refused(self):
         self.fails(brimlet.Refused, 10, "addUsers", "nonsense")
         self.fails(brimlet.Refused, 10, "addUsers", [])
-        self.fails(ValueError, 10, "getUsersWithParams", "nick", "x")
+        self.fails(ValueError, 10, "getUsersWithParams", "unknown", "x")
 
     def test_no_parent(self):
         self.fails(brimlet.NoParent, 11, "updateSection", {"device": 1, "section": 2})
